@@ -1,0 +1,88 @@
+# SPDX-License-Identifier: MIT
+# Settings shared by every target, and the one-line functions that declare tests, benchmarks and
+# fuzz targets.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+add_library(kor_options INTERFACE)
+if(KORTOOLS_SANITIZE)
+    target_compile_options(kor_options INTERFACE
+        -fsanitize=${KORTOOLS_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(kor_options INTERFACE -fsanitize=${KORTOOLS_SANITIZE})
+endif()
+
+add_library(kor_warnings INTERFACE)
+target_compile_options(kor_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    $<$<BOOL:${KORTOOLS_WERROR}>:-Werror>)
+
+# Debian ships the sources of GoogleTest; building them gives every preset (sanitizers, mingw-w64)
+# a library of its own kind.
+function(kor_use_googletest)
+    if(TARGET gtest)
+        return()
+    endif()
+    find_path(GTEST_SOURCE_DIR googletest/src/gtest-all.cc
+              PATHS /usr/src/googletest REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+    add_library(gtest STATIC "${GTEST_SOURCE_DIR}/googletest/src/gtest-all.cc")
+    target_include_directories(gtest SYSTEM PUBLIC "${GTEST_SOURCE_DIR}/googletest/include"
+                               PRIVATE "${GTEST_SOURCE_DIR}/googletest")
+    find_package(Threads REQUIRED)
+    target_link_libraries(gtest PUBLIC Threads::Threads PRIVATE kor_options)
+endfunction()
+
+# kor_test(<area> <name> [WHITEBOX] [SOURCES <more>...])
+#
+# Builds <name>_test from tests/<area>/<name>_test.cpp and registers it with CTest. A WHITEBOX test
+# links the library's object files instead of the library, and so reaches what is not exported.
+function(kor_test area name)
+    cmake_parse_arguments(arg "WHITEBOX" "" "SOURCES;LIBRARIES" ${ARGN})
+    set(target ${name}_test)
+    add_executable(${target} ${area}/${name}_test.cpp ${arg_SOURCES})
+    if(arg_WHITEBOX)
+        target_link_libraries(${target} PRIVATE KorToolsObjects)
+        target_compile_definitions(${target} PRIVATE KORTOOLS_STATIC)
+    else()
+        target_link_libraries(${target} PRIVATE KorTools)
+    endif()
+    target_link_libraries(${target} PRIVATE kor_test_support kor_options kor_warnings
+                          ${arg_LIBRARIES})
+    add_test(NAME ${name} COMMAND ${target}
+             --gtest_output=xml:${PROJECT_BINARY_DIR}/test-results/${name}.xml)
+    set_tests_properties(${name} PROPERTIES LABELS ${area} TIMEOUT 300)
+endfunction()
+
+# kor_bench(<area> <name> [LIBRARIES <peers>...]) builds <name>_bench from bench/<area>.
+function(kor_bench area name)
+    cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
+    set(target ${name}_bench)
+    add_executable(${target} ${area}/${name}_bench.cpp)
+    target_link_libraries(${target} PRIVATE KorTools benchmark::benchmark kor_options
+                          ${arg_LIBRARIES})
+    target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
+endfunction()
+
+# kor_fuzz(<area> <name>) builds <name>_fuzz from fuzz/<area>; its seeds lie in fuzz/corpus/<name>.
+function(kor_fuzz area name)
+    set(target ${name}_fuzz)
+    add_executable(${target} ${area}/${name}_fuzz.cpp)
+    target_compile_definitions(${target} PRIVATE KORTOOLS_STATIC)
+    target_link_libraries(${target} PRIVATE KorToolsObjects kor_options kor_warnings)
+    target_link_options(${target} PRIVATE -fsanitize=fuzzer)
+endfunction()

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+// The exception family. Exceptions are heap objects thrown by pointer; every throw first registers
+// the object as the calling thread's pending exception. A catch site that does not throw on
+// releases it, with Delete() or XDeleteThreadException(), so that each is freed exactly once.
+//
+//   try {
+//       archive >> document;
+//   } catch (CXException *exception) {
+//       WriteToLogFile(exception->GetErrorMessage());
+//       exception->Delete();
+//   }
+//
+// The registry of pending exceptions is process-wide and locks itself. Destroying a pending
+// exception in any way takes it out of the registry.
+#pragma once
+
+#include "kortools/archive/runtime_class.h"
+#include "kortools/core/xstring.h"
+#include "kortools/export.h"
+
+class KORTOOLS_API CXException : public CXObject {
+    KOR_DECLARE_CLASS(CXException)
+public:
+    explicit CXException(CXTString<wchar_t> const &message = CXTString<wchar_t>());
+    CXException(CXException const &) = delete;
+    CXException &operator=(CXException const &) = delete;
+    ~CXException() override; // also takes a pending exception out of its thread's entry
+
+    // Shows the message in a message box; `flags` are its buttons and icon (0 is OK). False, and
+    // nothing shown, when the message is empty.
+    virtual bool ReportError(unsigned int flags = 0);
+    virtual CXTString<wchar_t> GetErrorMessage() const;
+
+    // Destroys and frees the object; nothing on a null pointer.
+    void Delete();
+
+protected:
+    CXTString<wchar_t> m_message;
+};
+
+class KORTOOLS_API CXFileException : public CXException {
+    KOR_DECLARE_CLASS(CXFileException)
+public:
+    enum FileExceptionType {
+        none = 0,
+        genericException = 1,
+        fileNotFound = 2,
+        badPath = 3,
+        tooManyOpenFiles = 4,
+        accessDenied = 5,
+        invalidFile = 6,
+        removeCurrentDir = 7,
+        directoryFull = 8,
+        badSeek = 9,
+        hardIO = 10,
+        sharingViolation = 11,
+        lockViolation = 12,
+        diskFull = 13,
+        endOfFile = 14
+    };
+
+    explicit CXFileException(FileExceptionType cause = none,
+        CXTString<wchar_t> const &fileName = CXTString<wchar_t>(),
+        CXTString<wchar_t> const &message = CXTString<wchar_t>());
+
+    FileExceptionType GetCause() const { return m_cause; }
+    CXTString<wchar_t> const &GetFileName() const { return m_fileName; }
+
+    // The text of the cause with the file's name in it; the stored message when there is no cause.
+    CXTString<wchar_t> GetErrorMessage() const override;
+
+    // The cause of an error number of the C runtime (Windows numbering).
+    static FileExceptionType ErrnoToException(int errorNumber);
+
+    // The cause of a Windows system error code.
+    static FileExceptionType OsErrorToException(unsigned int osError);
+
+    // Throws a CXFileException with the cause of `errorNumber` or, when that is 0, with `cause`.
+    // Nothing is thrown when both are 0, nor when `fill` is given, which receives cause and name.
+    static void ThrowErrno(FileExceptionType cause, int errorNumber,
+        CXTString<wchar_t> const &fileName, CXFileException *fill = nullptr);
+
+    // The same with the calling thread's last OS error.
+    static void ThrowOsError(FileExceptionType cause, CXTString<wchar_t> const &fileName,
+        CXFileException *fill = nullptr);
+
+private:
+    FileExceptionType m_cause;
+    CXTString<wchar_t> m_fileName;
+};
+
+class KORTOOLS_API CXArchiveException : public CXException {
+    KOR_DECLARE_CLASS(CXArchiveException)
+public:
+    enum ArchiveExceptionType {
+        none = 0,
+        genericException = 1,
+        readOnly = 2, // a write on a loading archive
+        endOfFile = 3,
+        writeOnly = 4, // a read on a storing archive
+        badIndex = 5,
+        badClass = 6,
+        badSchema = 7,
+        bufferFull = 8
+    };
+
+    explicit CXArchiveException(ArchiveExceptionType cause = none,
+        CXTString<wchar_t> const &fileName = CXTString<wchar_t>(),
+        CXTString<wchar_t> const &message = CXTString<wchar_t>());
+
+    ArchiveExceptionType GetCause() const { return m_cause; }
+    CXTString<wchar_t> const &GetFileName() const { return m_fileName; }
+    CXTString<wchar_t> GetErrorMessage() const override; // as CXFileException's
+
+    // Registers and throws a new exception.
+    [[noreturn]] static void Throw(
+        ArchiveExceptionType cause, CXTString<wchar_t> const &fileName = CXTString<wchar_t>());
+
+private:
+    ArchiveExceptionType m_cause;
+    CXTString<wchar_t> m_fileName;
+};
+
+class KORTOOLS_API CXMemoryException : public CXException {
+    KOR_DECLARE_CLASS(CXMemoryException)
+public:
+    using CXException::CXException;
+};
+
+// Thrown after the user has already been told.
+class KORTOOLS_API CXUserException : public CXException {
+    KOR_DECLARE_CLASS(CXUserException)
+public:
+    using CXException::CXException;
+};
+
+// A bad argument to a library function.
+class KORTOOLS_API CXInvalidArgException : public CXException {
+    KOR_DECLARE_CLASS(CXInvalidArgException)
+public:
+    using CXException::CXException;
+};
+
+// Makes `exception` the calling thread's pending one and destroys the one before, unless it is the
+// same object. Null is ignored.
+KORTOOLS_API void XSetThreadException(CXException *exception);
+
+// Destroys the calling thread's pending exception, if there is one.
+KORTOOLS_API void XDeleteThreadException();
+
+// The calling thread's pending exception, or null.
+KORTOOLS_API CXException *XGetThreadException();

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// Case mapping, caseless comparison and collation of the C runtime, with the Windows results in
+// the C locale (only A to Z and a to z are cased) and the locale's own in others.
+#pragma once
+
+namespace kortools::platform {
+
+char to_lower(char ch);
+wchar_t to_lower(wchar_t ch);
+char to_upper(char ch);
+wchar_t to_upper(wchar_t ch);
+
+// Ordinal after lower-casing both sides; bytes compare as unsigned. Negative, 0 or positive.
+int compare_no_case(char const *a, char const *b);
+int compare_no_case(wchar_t const *a, wchar_t const *b);
+
+// The order of the current locale's LC_COLLATE category.
+int collate(char const *a, char const *b);
+int collate(wchar_t const *a, wchar_t const *b);
+int collate_no_case(char const *a, char const *b);
+int collate_no_case(wchar_t const *a, wchar_t const *b);
+
+} // namespace kortools::platform

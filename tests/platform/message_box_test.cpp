@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/message_box.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace platform = kortools::platform;
+
+namespace {
+
+struct DefaultAnswer {
+    unsigned int flags;
+    int answer;
+};
+
+} // namespace
+
+TEST(MessageBox, WritesToStandardErrorAndAnswersWithTheDefaultButton)
+{
+    DefaultAnswer const cases[]
+        = { { 0x000, 1 }, { 0x001, 1 }, { 0x101, 2 }, { 0x002, 3 }, { 0x202, 5 }, { 0x003, 6 },
+              { 0x203, 2 }, { 0x004, 6 }, { 0x104, 7 }, { 0x134, 7 }, { 0x105, 2 }, { 0xF0F, 1 } };
+    for (DefaultAnswer const &each : cases) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(platform::show_message_box(L"Ça été €", each.flags), each.answer) << each.flags;
+        std::string const written = testing::internal::GetCapturedStderr();
+        EXPECT_NE(written.find("\xC3\x87"
+                               "a \xC3\xA9t\xC3\xA9 \xE2\x82\xAC"),
+            std::string::npos)
+            << written;
+    }
+}
+
+TEST(MessageBox, GoesToTheInstalledHandlerOnly)
+{
+    static std::wstring s_text;
+    platform::MessageBoxHandler const before
+        = platform::set_message_box_handler([](wchar_t const *text, unsigned int flags) {
+              s_text = text;
+              return static_cast<int>(flags) + 40;
+          });
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(platform::show_message_box(L"hello", 2), 42);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(s_text, L"hello");
+    EXPECT_NE(platform::set_message_box_handler(before), nullptr);
+}
