@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/os_error.h"
+
+#include "tests/support/temp_folder.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <thread>
+
+using kortools::platform::get_last_os_error;
+using kortools::platform::set_last_os_error;
+
+TEST(OsError, AnyCodeThatIsSetIsReadBack)
+{
+    for (unsigned int code = 0; code < 12000; ++code) {
+        set_last_os_error(code);
+        ASSERT_EQ(get_last_os_error(), code);
+        ASSERT_EQ(get_last_os_error(), code) << "reading must not consume the code";
+    }
+    set_last_os_error(0xFFFFFFFF);
+    EXPECT_EQ(get_last_os_error(), 0xFFFFFFFFU);
+}
+
+TEST(OsError, IsTheThreadsOwn)
+{
+    // Spinning, because a call that waits may change the thread's last error.
+    std::atomic<int> stage { 0 };
+    std::thread other([&] {
+        set_last_os_error(54321);
+        stage = 1;
+        while (stage != 2) { }
+        unsigned int const code = get_last_os_error();
+        EXPECT_EQ(code, 54321U);
+    });
+    while (stage != 1) { }
+    set_last_os_error(12345);
+    stage = 2;
+    other.join();
+}
+
+TEST(OsError, ALaterFailureOfTheSystemWins)
+{
+    TempFolder const folder;
+    auto const missing = (folder.GetPath() / "missing").string();
+    auto const below_missing = (folder.GetPath() / "missing" / "file").string();
+    for (unsigned int const earlier : { 0U, 5U, 9999U }) {
+        set_last_os_error(earlier);
+        EXPECT_EQ(std::fopen(missing.c_str(), "rb"), nullptr);
+        EXPECT_EQ(get_last_os_error(), 2U);
+    }
+    set_last_os_error(9999);
+    EXPECT_EQ(std::fopen(below_missing.c_str(), "rb"), nullptr);
+    unsigned int const code = get_last_os_error();
+    EXPECT_TRUE(code == 2 || code == 3) << code;
+}
+
+#ifndef _WIN32
+TEST(OsError, SystemFailuresAreGivenAsTheWindowsCode)
+{
+    struct Row {
+        int error_number;
+        unsigned int code;
+    };
+    for (Row const row : { Row { 0, 0 }, { EPERM, 5 }, { EACCES, 5 }, { EISDIR, 5 }, { ENOENT, 2 },
+             { ENOTDIR, 3 }, { EMFILE, 4 }, { ENFILE, 4 }, { EBADF, 6 }, { EXDEV, 17 },
+             { EROFS, 19 }, { EAGAIN, 32 }, { ETXTBSY, 32 }, { EINVAL, 87 }, { ENOSPC, 112 },
+             { EDQUOT, 112 }, { ESPIPE, 132 }, { ENOTEMPTY, 145 }, { EEXIST, 183 },
+             { ENAMETOOLONG, 206 }, { EDEADLK, 1131 }, { 4095, 31 } }) {
+        set_last_os_error(7777); // must not shine through
+        errno = row.error_number;
+        EXPECT_EQ(get_last_os_error(), row.code) << "errno " << row.error_number;
+    }
+}
+#endif

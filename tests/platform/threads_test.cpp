@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/threads.h"
+
+#include <gtest/gtest.h>
+#include <mutex>
+#include <set>
+#include <thread>
+#include <vector>
+
+#ifndef _WIN32
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+using kortools::platform::get_current_thread_id;
+using kortools::platform::RecursiveLock;
+
+TEST(Threads, EveryLiveThreadHasItsOwnIdentifier)
+{
+    RecursiveLock lock;
+    std::set<unsigned long long> ids { get_current_thread_id() };
+    std::vector<std::thread> threads;
+    lock.lock(); // keeps the threads alive together, so that no number is used again
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([&] {
+            auto const id = get_current_thread_id();
+            std::lock_guard const guard(lock);
+            EXPECT_EQ(get_current_thread_id(), id);
+            ids.insert(id);
+        });
+    }
+    lock.unlock();
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(ids.size(), 9U);
+    EXPECT_FALSE(ids.contains(0));
+}
+
+#ifndef _WIN32
+TEST(Threads, AForkedChildHasItsOwnIdentifier)
+{
+    auto const parent = get_current_thread_id();
+    pid_t const child = fork();
+    if (child == 0)
+        _exit(get_current_thread_id() != parent ? 0 : 1);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+#endif
+
+TEST(Threads, TheLockIsRecursiveAndExcludesOtherThreads)
+{
+    RecursiveLock lock;
+    int counter = 0; // not atomic: lost updates show
+    auto const work = [&] {
+        for (int i = 0; i < 20000; ++i) {
+            std::lock_guard const outer(lock);
+            std::lock_guard const inner(lock);
+            ++counter;
+        }
+    };
+    std::thread first(work);
+    std::thread second(work);
+    first.join();
+    second.join();
+    EXPECT_EQ(counter, 40000);
+}
