@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/posix/code_page_table.h"
+
+#include "kortools/platform/text_sink.h"
+
+#include <unicode/ucnv.h>
+#include <unicode/uset.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <new>
+
+namespace kortools::platform {
+namespace {
+
+constexpr std::uint16_t question_mark = '?';
+
+struct CloseConverter {
+    void operator()(UConverter *converter) const { ucnv_close(converter); }
+};
+using ConverterPtr = std::unique_ptr<UConverter, CloseConverter>;
+
+// Opens a converter that stops at whatever it cannot convert.
+ConverterPtr open_strict(char const *name)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    ConverterPtr converter(ucnv_open(name, &error));
+    ucnv_setToUCallBack(
+        converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+    ucnv_setFromUCallBack(
+        converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+    if (U_FAILURE(error))
+        return nullptr;
+    ucnv_setFallback(converter.get(), true);
+    return converter;
+}
+
+// What `size` bytes decode to when they are one character below 10000; 0 otherwise.
+char16_t decode_one(UConverter *converter, char const *bytes, int size, UErrorCode &error)
+{
+    UChar units[4];
+    error = U_ZERO_ERROR;
+    int const count = ucnv_toUChars(converter, units, 4, bytes, size, &error);
+    return U_SUCCESS(error) && count == 1 ? units[0] : u'\0';
+}
+
+} // namespace
+
+CodePageTable const *CodePageTable::get(CodePageEntry const &entry)
+{
+    static std::array<std::atomic<CodePageTable const *>, max_code_pages> s_tables;
+    static std::mutex s_building;
+
+    auto &slot = s_tables[get_code_page_index(entry)];
+    if (auto const *const table = slot.load(std::memory_order_acquire))
+        return table;
+    std::lock_guard const lock(s_building);
+    if (auto const *const table = slot.load(std::memory_order_relaxed))
+        return table;
+    ConverterPtr const converter = open_strict(entry.converter);
+    if (!converter)
+        return nullptr;
+    auto const *const table = new CodePageTable(entry, converter.get());
+    slot.store(table, std::memory_order_release);
+    return table;
+}
+
+CodePageTable::CodePageTable(CodePageEntry const &entry, UConverter *converter)
+    : m_bytes(256, question_mark)
+{
+    read_single_bytes(converter);
+    read_pairs(converter, entry.default_character);
+    read_characters(converter);
+}
+
+void CodePageTable::read_single_bytes(UConverter *converter)
+{
+    std::uint8_t blocks = 0;
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        char const ch = static_cast<char>(byte);
+        UErrorCode error;
+        m_single[byte] = decode_one(converter, &ch, 1, error);
+        if (error == U_TRUNCATED_CHAR_FOUND)
+            m_pairs[byte] = ++blocks;
+        else if (U_FAILURE(error))
+            m_single[byte] = static_cast<char16_t>(byte);
+    }
+    m_pair_blocks.resize(blocks * std::size_t { 256 });
+}
+
+void CodePageTable::read_pairs(UConverter *converter, char16_t default_character)
+{
+    for (unsigned lead = 0; lead < 256; ++lead) {
+        if (m_pairs[lead] == 0)
+            continue;
+        m_single[lead] = default_character;
+        for (unsigned trail = 0; trail < 256; ++trail) {
+            char const pair[] = { static_cast<char>(lead), static_cast<char>(trail) };
+            UErrorCode error;
+            char16_t const ch = decode_one(converter, pair, 2, error);
+            m_pair_blocks[(m_pairs[lead] - 1U) * 256 + trail] = ch != 0 ? ch : default_character;
+        }
+    }
+}
+
+void CodePageTable::read_characters(UConverter *converter)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    std::unique_ptr<USet, decltype(&uset_close)> const known(uset_openEmpty(), uset_close);
+    ucnv_getUnicodeSet(converter, known.get(), UCNV_ROUNDTRIP_AND_FALLBACK_SET, &error);
+    for (int range = 0; range < uset_getItemCount(known.get()); ++range) {
+        UChar32 first;
+        UChar32 last;
+        uset_getItem(known.get(), range, &first, &last, nullptr, 0, &error);
+        for (UChar32 ch = first; ch <= last && ch <= 0xFFFF; ++ch) {
+            auto const unit = static_cast<UChar>(ch);
+            char bytes[8];
+            error = U_ZERO_ERROR;
+            int const count = ucnv_fromUChars(converter, bytes, sizeof bytes, &unit, 1, &error);
+            auto const byte = [&](int i) { return static_cast<unsigned char>(bytes[i]); };
+            if (U_SUCCESS(error) && count == 1)
+                set_bytes(static_cast<char32_t>(ch), byte(0));
+            else if (U_SUCCESS(error) && count == 2)
+                set_bytes(
+                    static_cast<char32_t>(ch), static_cast<std::uint16_t>(byte(0) << 8 | byte(1)));
+        }
+    }
+}
+
+void CodePageTable::set_bytes(char32_t ch, std::uint16_t bytes)
+{
+    std::uint16_t &block = m_blocks[ch >> 8];
+    if (block == 0) {
+        block = static_cast<std::uint16_t>(m_bytes.size() / 256);
+        m_bytes.resize(m_bytes.size() + 256, question_mark);
+    }
+    m_bytes[block * std::size_t { 256 } + (ch & 0xFF)] = bytes;
+}
+
+template <class Sink>
+bool CodePageTable::decode(char const *source, std::size_t size, Sink &sink) const
+{
+    auto const *at = reinterpret_cast<unsigned char const *>(source);
+    auto const *const end = at + size;
+    while (at != end) {
+        unsigned char const byte = *at++;
+        char16_t ch = m_single[byte];
+        if (is_lead(byte) && at != end && *at != 0)
+            ch = m_pair_blocks[(m_pairs[byte] - 1U) * 256 + *at++];
+        if (!sink.put(static_cast<wchar_t>(ch)))
+            return false;
+    }
+    return true;
+}
+
+template <class Sink>
+bool CodePageTable::encode(wchar_t const *source, std::size_t length, Sink &sink) const
+{
+    for (std::size_t i = 0; i < length; ++i) {
+        auto const ch = static_cast<char32_t>(source[i]);
+        if (ch > 0xFFFF) { // two units elsewhere, and neither is in any page
+            if (!sink.put('?') || !sink.put('?'))
+                return false;
+            continue;
+        }
+        std::uint16_t const bytes = m_bytes[m_blocks[ch >> 8] * std::size_t { 256 } + (ch & 0xFF)];
+        if (bytes > 0xFF && !sink.put(static_cast<char>(bytes >> 8)))
+            return false;
+        if (!sink.put(static_cast<char>(bytes & 0xFF)))
+            return false;
+    }
+    return true;
+}
+
+long long CodePageTable::decode(
+    char const *source, std::size_t size, wchar_t *target, std::size_t capacity) const
+{
+    return run_into_sink(target, capacity, [&](auto &sink) { return decode(source, size, sink); });
+}
+
+long long CodePageTable::encode(
+    wchar_t const *source, std::size_t length, char *target, std::size_t capacity) const
+{
+    return run_into_sink(
+        target, capacity, [&](auto &sink) { return encode(source, length, sink); });
+}
+
+} // namespace kortools::platform
