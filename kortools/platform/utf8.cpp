@@ -2,24 +2,10 @@
 #include "kortools/platform/utf8.h"
 
 #include "kortools/platform/text_sink.h"
+#include "kortools/platform/wide_text.h"
 
 namespace kortools::platform {
 namespace {
-
-constexpr bool wide_is_utf16 = sizeof(wchar_t) == 2;
-
-bool is_surrogate(char32_t ch)
-{
-    return (ch & 0xFFFFF800U) == 0xD800;
-}
-bool is_high_surrogate(char32_t ch)
-{
-    return (ch & 0xFFFFFC00U) == 0xD800;
-}
-bool is_low_surrogate(char32_t ch)
-{
-    return (ch & 0xFFFFFC00U) == 0xDC00;
-}
 
 struct Decoded {
     char32_t ch;
@@ -51,9 +37,8 @@ Decoded decode_sequence(unsigned char const *at, unsigned char const *end)
 template <class Sink> bool put_character(Sink &sink, char32_t ch)
 {
     if (wide_is_utf16 && ch > 0xFFFF) {
-        ch -= 0x10000;
-        return sink.put(static_cast<wchar_t>(0xD800 + (ch >> 10)))
-            && sink.put(static_cast<wchar_t>(0xDC00 + (ch & 0x3FF)));
+        return sink.put(static_cast<wchar_t>(high_surrogate_of(ch)))
+            && sink.put(static_cast<wchar_t>(low_surrogate_of(ch)));
     }
     return sink.put(static_cast<wchar_t>(ch));
 }
@@ -104,8 +89,8 @@ template <class Sink> bool encode(wchar_t const *source, std::size_t length, Sin
         }
         ++at;
         if (is_high_surrogate(ch) && at != end && is_low_surrogate(static_cast<char32_t>(*at)))
-            ch = 0x10000 + ((ch & 0x3FF) << 10) + (static_cast<char32_t>(*at++) & 0x3FF);
-        else if (is_surrogate(ch) || ch > 0x10FFFF)
+            ch = join_surrogates(ch, static_cast<char32_t>(*at++));
+        else if (is_surrogate(ch) || ch > last_character)
             ch = replacement_character;
         if (!put_bytes(sink, ch))
             return false;

@@ -8,8 +8,6 @@
 
 namespace kortools::platform {
 
-inline constexpr char32_t replacement_character = 0xFFFD;
-
 // Both return the number of characters of the whole result, only measure with a null `target`, and
 // return -1 when `capacity` is too small.
 long long decode_utf8(char const *source, std::size_t size, wchar_t *target, std::size_t capacity);
