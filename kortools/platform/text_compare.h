@@ -10,11 +10,16 @@ wchar_t to_lower(wchar_t ch);
 char to_upper(char ch);
 wchar_t to_upper(wchar_t ch);
 
-// Ordinal after lower-casing both sides; bytes compare as unsigned. Negative, 0 or positive.
+// Ordinal after lower-casing both sides: bytes as unsigned, wide text by UTF-16 unit on both
+// systems. Negative, 0 or positive.
 int compare_no_case(char const *a, char const *b);
 int compare_no_case(wchar_t const *a, wchar_t const *b);
 
-// The order of the current locale's LC_COLLATE category.
+// By UTF-16 unit on both systems, without case mapping.
+int compare_ordinal(wchar_t const *a, wchar_t const *b);
+
+// The order of the current locale's LC_COLLATE category; in the C locale the ordinal one. The
+// caseless forms lower-case both sides first.
 int collate(char const *a, char const *b);
 int collate(wchar_t const *a, wchar_t const *b);
 int collate_no_case(char const *a, char const *b);

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/text_compare.h"
+#include "tests/support/oracle.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <map>
+
+using kor_test::OracleRow;
+namespace platform = kortools::platform;
+
+namespace {
+
+int sign(int value)
+{
+    return (value > 0) - (value < 0);
+}
+
+// "0041:0061 ..." of a row.
+std::map<unsigned long, unsigned long> read_mapping(std::string const &field)
+{
+    std::map<unsigned long, unsigned long> mapping;
+    for (std::size_t i = 0; i + 9 <= field.size(); i += 10)
+        mapping[std::stoul(field.substr(i, 4), nullptr, 16)]
+            = std::stoul(field.substr(i + 5, 4), nullptr, 16);
+    return mapping;
+}
+
+TEST(TextCompare, CaseMappingIsTheRecordedOne)
+{
+    for (OracleRow const &row : kor_test::read_oracle("crt_case.tsv")) {
+        auto const lower = read_mapping(row[1]);
+        auto const upper = read_mapping(row[2]);
+        unsigned long const first = std::stoul(row[0], nullptr, 16);
+        for (unsigned long code = first; code < first + 256; ++code) {
+            auto const ch = static_cast<wchar_t>(code);
+            unsigned long const low = lower.contains(code) ? lower.at(code) : code;
+            unsigned long const high = upper.contains(code) ? upper.at(code) : code;
+            ASSERT_EQ(platform::to_lower(ch), static_cast<wchar_t>(low)) << code;
+            ASSERT_EQ(platform::to_upper(ch), static_cast<wchar_t>(high)) << code;
+            if (code < 256) {
+                ASSERT_EQ(platform::to_lower(static_cast<char>(code)), static_cast<char>(low));
+                ASSERT_EQ(platform::to_upper(static_cast<char>(code)), static_cast<char>(high));
+            }
+        }
+    }
+}
+
+TEST(TextCompare, CaselessOrderIsTheRecordedOne)
+{
+    for (OracleRow const &row : kor_test::read_oracle("crt_wcsicmp.tsv")) {
+        std::wstring const a = kor_test::to_wide(kor_test::unescape(row[0]));
+        std::wstring const b = kor_test::to_wide(kor_test::unescape(row[1]));
+        EXPECT_EQ(sign(platform::compare_no_case(a.c_str(), b.c_str())), std::stoi(row[2]))
+            << testing::PrintToString(row);
+        EXPECT_EQ(sign(platform::collate_no_case(b.c_str(), a.c_str())), -std::stoi(row[2]))
+            << testing::PrintToString(row);
+    }
+    for (OracleRow const &row : kor_test::read_oracle("crt_stricmp.tsv")) {
+        std::string const a = kor_test::bytes_from_hex(row[0]);
+        std::string const b = kor_test::bytes_from_hex(row[1]);
+        EXPECT_EQ(sign(platform::compare_no_case(a.c_str(), b.c_str())), std::stoi(row[2]))
+            << testing::PrintToString(row);
+        EXPECT_EQ(sign(platform::collate_no_case(b.c_str(), a.c_str())), -std::stoi(row[2]))
+            << testing::PrintToString(row);
+    }
+}
+
+TEST(TextCompare, OrderIsThatOfUtf16UnitsAndUnsignedBytes)
+{
+    // In ascending order of units; the pair D83D DE00 lies below U+FFFD though its code does not.
+    std::u16string const ascending[] = { u"", u"a", u"aB", u"ab", u"é", u"\xD83C", u"\xD83D",
+        u"\xD83Dx", u"\xD83D\xDE00", u"\xD83D\xDE00x", u"\xD83D\xDE01", u"\xD83E", u"\xFFFD" };
+    for (std::u16string const &a : ascending) {
+        for (std::u16string const &b : ascending) {
+            std::wstring const wide_a = kor_test::to_wide(a);
+            std::wstring const wide_b = kor_test::to_wide(b);
+            int const expected = sign(a.compare(b));
+            EXPECT_EQ(sign(platform::compare_ordinal(wide_a.c_str(), wide_b.c_str())), expected);
+            EXPECT_EQ(sign(platform::collate(wide_a.c_str(), wide_b.c_str())), expected);
+        }
+    }
+    EXPECT_LT(platform::compare_no_case("z", "\xE9"), 0);
+    EXPECT_LT(platform::collate("Z", "\xE9"), 0);
+}
+
+TEST(TextCompare, TextOfAnyLengthCollates)
+{
+    for (std::size_t const length : { 255U, 256U, 257U, 100000U }) {
+        std::wstring const small(length, L'q');
+        std::wstring const capital(length, L'Q');
+        EXPECT_EQ(platform::collate_no_case(small.c_str(), capital.c_str()), 0) << length;
+        EXPECT_GT(platform::collate_no_case((small + L"x").c_str(), capital.c_str()), 0) << length;
+    }
+}
+
+TEST(TextCompare, AnotherLocaleBringsItsOwnCaseMapping)
+{
+    if (!std::setlocale(LC_ALL, "C.UTF-8") && !std::setlocale(LC_ALL, "French_France.1252"))
+        GTEST_SKIP() << "no locale but C";
+    EXPECT_EQ(platform::to_lower(L'\x00C9'), L'\x00E9');
+    EXPECT_EQ(platform::compare_no_case(L"\x00C9t\x00C9", L"\x00E9T\x00E9"), 0);
+    for (std::size_t const length : { 254U, 255U, 256U, 100000U }) {
+        std::wstring const small(length, L'\x00E9');
+        std::wstring const capital(length, L'\x00C9');
+        EXPECT_EQ(platform::collate_no_case(small.c_str(), capital.c_str()), 0) << length;
+        EXPECT_NE(platform::collate(small.c_str(), capital.c_str()), 0) << length;
+    }
+    std::setlocale(LC_ALL, "C");
+}
+
+} // namespace
