@@ -1,0 +1,365 @@
+// SPDX-License-Identifier: MIT
+// Construction, conversion from and to what callers have, growth, buffers, comparison.
+#include "kortools/core/xstring.h"
+#include "tests/core/xstring_support.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+namespace {
+
+template <class T> class XString : public testing::Test {
+};
+TYPED_TEST_SUITE(XString, BothWidths, WidthNames);
+
+// The platform's string class as far as strings know it.
+template <class T> class PlatformText {
+public:
+    explicit PlatformText(std::basic_string<T> text)
+        : m_text(std::move(text))
+    {
+    }
+    operator T const *() const { return m_text.c_str(); }
+    int GetLength() const { return static_cast<int>(m_text.size()); }
+
+private:
+    std::basic_string<T> m_text;
+};
+
+template <class T> using OtherWidth = kortools::core::other_char_t<T>;
+
+template <class S>
+concept TakesNumbers = requires(S const &text, int number)
+{
+    text + number;
+};
+
+} // namespace
+
+TYPED_TEST(XString, GrowsFromTheBlockThereIs)
+{
+    using T = TypeParam;
+    struct {
+        int length;
+        long long built; // capacity of a new string of that length
+        long long grown; // of a default-constructed one that is set to it
+    } const cases[] = { { 0, 16, 16 }, { 7, 16, 16 }, { 8, 64, 16 }, { 15, 64, 16 }, { 16, 64, 64 },
+        { 31, 64, 64 }, { 32, 65, 65 }, { 33, 67, 67 }, { 500, 1001, 1001 } };
+    for (auto const &each : cases) {
+        std::basic_string<T> const model(static_cast<std::size_t>(each.length), T('x'));
+        CXTString<T> const built = model.c_str();
+        EXPECT_EQ(built.GetCapacity(), each.built) << each.length;
+        EXPECT_EQ(CXTString<T>(T('x'), each.length).GetCapacity(), each.built) << each.length;
+        CXTString<T> const converted = CXTString<OtherWidth<T>>(built);
+        EXPECT_EQ(converted, built);
+        EXPECT_EQ(converted.GetCapacity(), each.built) << each.length;
+
+        CXTString<T> grown;
+        grown = built;
+        EXPECT_EQ(grown.GetCapacity(), each.grown) << each.length;
+        EXPECT_EQ(grown, model);
+        grown.Empty();
+        EXPECT_EQ(grown.GetCapacity(), each.grown);
+        EXPECT_EQ(*grown.GetConstBuffer(), T());
+    }
+    CXTString<T> appended;
+    for (int length = 1; length <= 200; ++length) {
+        appended += T('y');
+        long long const expected = length < 16 ? 16 : length < 64 ? 64 : length < 129 ? 129 : 259;
+        ASSERT_EQ(appended.GetCapacity(), expected) << length;
+        ASSERT_EQ(appended.GetConstBuffer()[length], T());
+    }
+    EXPECT_EQ(appended, std::basic_string<T>(200, T('y')));
+}
+
+TYPED_TEST(XString, IsMadeFromEverythingThatHoldsText)
+{
+    using T = TypeParam;
+    using O = OtherWidth<T>;
+    auto const own = lit<T>("text");
+    auto const other = lit<O>("text");
+    auto const *const bytes = reinterpret_cast<unsigned char const *>("text");
+    CXTString<T> const expected(own.c_str());
+
+    auto const check = [&](auto const &source) {
+        CXTString<T> const constructed = source;
+        CXTString<T> assigned(T('z'), 40);
+        assigned = source;
+        CXTString<T> appended = lit<T>("some ");
+        appended += source;
+        EXPECT_EQ(constructed, expected);
+        EXPECT_EQ(assigned, expected);
+        EXPECT_EQ(appended, lit<T>("some text"));
+    };
+    check(own.c_str());
+    check(other.c_str());
+    check(bytes);
+    check(expected);
+    check(CXTString<O>(other.c_str()));
+    check(PlatformText<T>(own));
+    check(PlatformText<O>(other));
+    check(own);
+    check(other);
+    check(std::basic_string_view<T>(own));
+    check(std::basic_string_view<O>(other));
+
+    EXPECT_EQ(CXTString<T>(own.c_str(), 3), lit<T>("tex"));
+    EXPECT_EQ(CXTString<T>(own.c_str(), -1), lit<T>(""));
+    EXPECT_EQ(CXTString<T>(T('t')), lit<T>("t"));
+    EXPECT_EQ(CXTString<T>(T('t'), -1), lit<T>(""));
+    CXTString<T> character(T('z'), 40);
+    character = T('t');
+    EXPECT_EQ(character, lit<T>("t"));
+    // Classes that know their length keep their zeros, in both widths.
+    auto const with_zero = lit<T>("a\0b");
+    CXTString<T> const long_zero = PlatformText<T>(with_zero);
+    EXPECT_EQ(long_zero.GetLength(), 3);
+    EXPECT_EQ(CXTString<T>(CXTString<O>(long_zero)), with_zero);
+}
+
+TYPED_TEST(XString, TakesNullPointersForEmptyText)
+{
+    using T = TypeParam;
+    T const *const null = nullptr;
+    OtherWidth<T> const *const other_null = nullptr;
+    unsigned char const *const byte_null = nullptr;
+    EXPECT_TRUE(CXTString<T>(null).IsEmpty());
+    EXPECT_TRUE(CXTString<T>(null, 3).IsEmpty());
+    EXPECT_TRUE(CXTString<T>(other_null).IsEmpty());
+    EXPECT_TRUE(CXTString<T>(byte_null).IsEmpty());
+    EXPECT_EQ(CXTString<T>(nullptr).GetCapacity(), 16);
+
+    CXTString<T> text = lit<T>("kept");
+    text += null;
+    text += other_null;
+    text += byte_null;
+    text += nullptr;
+    EXPECT_EQ(text, lit<T>("kept"));
+    EXPECT_GT(text.Compare(null), 0);
+    EXPECT_FALSE(text == null);
+    for (int i = 0; i < 5; ++i) {
+        text = lit<T>("gone");
+        if (i == 0)
+            text = null;
+        else if (i == 1)
+            text = other_null;
+        else if (i == 2)
+            text = byte_null;
+        else if (i == 3)
+            text = nullptr;
+        else
+            text.Copy(null, 2);
+        EXPECT_EQ(text, null) << i;
+        EXPECT_EQ(text.Compare(null), 0) << i;
+    }
+}
+
+TYPED_TEST(XString, MayBeItsOwnArgument)
+{
+    using T = TypeParam;
+    for (int const length : { 5, 15, 40 }) { // with and without room for the result
+        std::basic_string<T> model;
+        for (int i = 0; i < length; ++i)
+            model += static_cast<T>('a' + i);
+        CXTString<T> const original = model;
+
+        CXTString<T> text = original;
+        text += text;
+        EXPECT_EQ(text, model + model);
+        text = original;
+        text += text.GetAtPtr(3);
+        EXPECT_EQ(text, model + model.substr(3));
+        text = original;
+        text = text.GetAtPtr(2);
+        EXPECT_EQ(text, model.substr(2));
+        text = original;
+        text = text[1];
+        EXPECT_EQ(text, model.substr(1, 1));
+        text = original;
+        text.Copy(text.GetAtPtr(1), 3);
+        EXPECT_EQ(text, model.substr(1, 3));
+        text = original;
+        text = std::as_const(text);
+        EXPECT_EQ(text, model);
+        text = static_cast<CXTString<T> &&>(text);
+        EXPECT_EQ(text, model);
+    }
+}
+
+TYPED_TEST(XString, LeavesAValidEmptyStringWhenMovedFrom)
+{
+    using T = TypeParam;
+    CXTString<T> source(T('m'), 100);
+    T const *const block = source;
+    CXTString<T> target = std::move(source);
+    EXPECT_EQ(target.GetConstBuffer(), block);
+    EXPECT_EQ(source, lit<T>(""));
+    EXPECT_EQ(source.GetCapacity(), 16);
+    source += T('n');
+    EXPECT_EQ(source, lit<T>("n"));
+
+    source = std::move(target);
+    EXPECT_EQ(source, CXTString<T>(T('m'), 100));
+    EXPECT_EQ(target.GetCapacity(), 16); // the block that was swapped in
+    EXPECT_TRUE(target.IsEmpty());
+    swap(source, target);
+    EXPECT_EQ(target.GetConstBuffer(), block);
+    static_assert(std::is_nothrow_move_constructible_v<CXTString<T>>);
+    static_assert(std::is_nothrow_move_assignable_v<CXTString<T>>);
+    static_assert(sizeof(CXTString<T>) == sizeof(void *) + 2 * sizeof(long long));
+}
+
+TYPED_TEST(XString, SharesItsBuffer)
+{
+    using T = TypeParam;
+    CXTString<T> text = lit<T>("abc");
+    T *const buffer = text.GetBuffer(10);
+    EXPECT_EQ(text.GetLength(), 10);
+    buffer[3] = T('d');
+    buffer[4] = T();
+    text.ReleaseBuffer();
+    EXPECT_EQ(text, lit<T>("abcd"));
+    EXPECT_EQ(text.GetBuffer(2), text.GetBuffer());
+    EXPECT_EQ(text.GetLength(), 4);
+    text.GetBufferSetLength(2);
+    EXPECT_EQ(text, lit<T>("ab"));
+    text.GetBufferSetLength(-3);
+    EXPECT_TRUE(text.IsEmpty());
+    text.ReleaseBuffer(1000);
+    EXPECT_EQ(text.GetLength(), text.GetCapacity() - 1);
+    text.Copy(lit<T>("a\0b").c_str(), 3);
+    EXPECT_EQ(text.GetLength(), 3);
+    text.Copy(lit<T>("xyz").c_str(), 0);
+    EXPECT_TRUE(text.IsEmpty());
+
+    CXTCharArray<T> &characters = text;
+    characters.SetLength(1);
+    characters[0] = T('q');
+    EXPECT_EQ(text, lit<T>("q"));
+
+    long long const capacity = text.GetCapacity();
+    T *const block = text.DetachBuffer();
+    EXPECT_EQ(block, lit<T>("q"));
+    EXPECT_EQ(text.GetConstBuffer(), nullptr);
+    EXPECT_EQ(text.GetLength(), 1);
+    EXPECT_EQ(text.GetCapacity(), capacity);
+    EXPECT_FALSE(CXTString<T>() < text);
+    EXPECT_FALSE(CXTString<T>() <= text);
+    EXPECT_FALSE(CXTString<T>(T('z')) >= text);
+    std::free(block);
+    text = lit<T>("again").c_str();
+    EXPECT_EQ(text, lit<T>("again"));
+}
+
+TYPED_TEST(XString, ReadsZeroAndWritesNothingOutsideTheText)
+{
+    using T = TypeParam;
+    CXTString<T> text = lit<T>("ab");
+    std::size_t const far = std::size_t(1) << 32;
+    EXPECT_EQ(text.GetAt(1), T('b'));
+    EXPECT_EQ(text[std::size_t(1)], T('b'));
+    EXPECT_EQ(text[far], T());
+    EXPECT_EQ(text[-1LL], T());
+    EXPECT_EQ(*text.GetAtPtr(1), T('b'));
+    for (int const index : { -1, 2, 3, INT_MIN, INT_MAX }) {
+        EXPECT_EQ(text.GetAt(index), T()) << index;
+        EXPECT_EQ(text[index], T()) << index;
+        EXPECT_EQ(*text.GetAtPtr(index), T()) << index;
+        text.SetAt(index, T('z'));
+        EXPECT_EQ(text, lit<T>("ab")) << index;
+        EXPECT_EQ(text.GetConstBuffer()[2], T()) << index;
+    }
+    text.SetAt(1, T('c'));
+    EXPECT_EQ(text, lit<T>("ac"));
+}
+
+TYPED_TEST(XString, OrdersByUnsignedUnitsAndByLength)
+{
+    using T = TypeParam;
+    std::basic_string<T> const high(1, static_cast<T>(0xE9));
+    std::vector<std::basic_string<T>> const sorted = { lit<T>(""), lit<T>("\0"), lit<T>("a"),
+        lit<T>("a\0"), lit<T>("a\0b"), lit<T>("aa"), lit<T>("b"), lit<T>("b") + high, high,
+        std::basic_string<T>(70, high[0]), std::basic_string<T>(71, high[0]) };
+    for (std::size_t i = 0; i < sorted.size(); ++i) {
+        for (std::size_t j = 0; j < sorted.size(); ++j) {
+            CXTString<T> const a = sorted[i];
+            CXTString<T> const b = sorted[j];
+            int const order = a.Compare(b);
+            ASSERT_EQ((order > 0) - (order < 0), (i > j) - (i < j)) << i << j;
+            ASSERT_EQ(a == b, i == j);
+            ASSERT_EQ(a != b, i != j);
+            ASSERT_EQ(a < b, i < j);
+            ASSERT_EQ(a <= b, i <= j);
+            ASSERT_EQ(a > b, i > j);
+            ASSERT_EQ(a >= b, i >= j);
+        }
+    }
+    auto const literal = lit<T>("m");
+    T const *const m = literal.c_str();
+    CXTString<T> const k = lit<T>("k");
+    EXPECT_TRUE(k < m && k <= m && m > k && m >= k && !(k > m) && !(k >= m) && !(m < k));
+    T const *const null = nullptr;
+    EXPECT_FALSE(k < null || k <= null || k > null || k >= null);
+}
+
+TEST(XStringWide, OrdersCodePointsByTheirSurrogates)
+{
+    // By UTF-16 unit: D800 < D83D DE00 < D83E < DC00 < E000 < FFFF.
+    std::vector<std::wstring> const sorted = { L"\xD7FF", L"\xD800", L"\U0001F5FF", L"\U0001F600",
+        L"\xD83E", L"\xDC00", L"\xE000", L"\xFFFF" };
+    std::wstring const prefix(37, L'x');
+    for (std::size_t i = 0; i < sorted.size(); ++i) {
+        for (std::size_t j = 0; j < sorted.size(); ++j) {
+            CXTString<wchar_t> const a = prefix + sorted[i] + L"end";
+            CXTString<wchar_t> const b = prefix + sorted[j];
+            int const order = a.Compare(b);
+            EXPECT_EQ((order > 0) - (order < 0), i >= j ? 1 : -1) << i << j;
+        }
+    }
+    // A surrogate before or after its pair: order by the units, and never equal to other text.
+    CXTString<wchar_t> const pair = std::wstring { wchar_t(0xD83D), wchar_t(0xDE00) };
+    CXTString<wchar_t> const point = L"\U0001F600";
+    EXPECT_LT(CXTString<wchar_t>(L"\xD83D"), point);
+    EXPECT_EQ(pair == point, sizeof(wchar_t) == 2);
+    EXPECT_EQ(pair.Compare(point) == 0, pair == point);
+    EXPECT_EQ(pair<point, point> pair);
+}
+
+TEST(XStringUse, ReadsLikeOrdinaryCode)
+{
+    CXTString<wchar_t> s = L"x";
+    std::wstring_view const view = s;
+    std::wstring const standard(s);
+    std::wostringstream wide_stream;
+    wide_stream << s << L'|' << s + L"y";
+    EXPECT_EQ(view, standard);
+    EXPECT_EQ(wide_stream.str(), L"x|xy");
+    EXPECT_TRUE(s == L"x" && L"x" == s && s != L"y" && L"y" != s && s == standard && view == s);
+    EXPECT_TRUE(s == PlatformText<wchar_t>(L"x") && PlatformText<wchar_t>(L"x") == s);
+    EXPECT_EQ(s + L"b" + L'c' + s + 'd', L"xbcxd");
+    EXPECT_EQ(L"a" + s, L"ax");
+    EXPECT_EQ(L'a' + s, L"ax");
+    EXPECT_EQ(s + standard + PlatformText<wchar_t>(L"p"), L"xxp");
+    EXPECT_EQ((CXTString<char>("a") + "b" + 'c'), "abc");
+    EXPECT_EQ(std::wcslen(s), 1u);
+    wchar_t const literal[] = L"in";
+    std::wstring out;
+    for (wchar_t const ch : CXTString<wchar_t>(literal))
+        out += ch;
+    EXPECT_EQ(out, L"in");
+    static_assert(!TakesNumbers<CXTString<wchar_t>>);
+}
+
+TEST(XStringUse, IsPrintedInAscii)
+{
+    EXPECT_EQ(testing::PrintToString(CXTString<char>("a\"\\\n\x80z")), R"("a\"\\\n\x80z")");
+    CXTString<wchar_t> const wide = std::wstring(L"a\t\u00E9\u20AC").append(1, L'\0');
+    EXPECT_EQ(testing::PrintToString(wide), R"("a\t\xE9\x{20AC}\0")");
+    std::ostringstream stream;
+    stream << CXTString<char>("plain");
+    EXPECT_EQ(stream.str(), "plain");
+}
