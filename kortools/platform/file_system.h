@@ -25,16 +25,21 @@ enum class FileCreation { OpenExisting, CreateAlways, OpenAlways }; // CreateAlw
 enum class SeekOrigin { Begin, Current, End };
 
 // Opens a file, not inherited by child processes. Sharing is checked in both directions against
-// every other open of the same file through this function, in any process; a refused open fails
-// with code 32 and never truncates.
+// every other open of the same file through this function, in any process: it succeeds when each
+// grants what the other uses. CreateAlways counts as writing while the file is emptied. A refused
+// open fails with code 32 and never truncates. Folders do not open (code 5).
+// On Linux sharing is kept by locks: other programs do not know of it, devices and pipes are always
+// shared, and so are files on a file system without locks.
 FileHandle open_file(
     wchar_t const *path, FileAccess access, FileSharing sharing, FileCreation creation);
 bool close_file(FileHandle file);
 
-// Bytes read, fewer than `count` only at the end of the file; -1 on failure.
+// Bytes read, fewer than `count` only at the end of the file; -1 on failure (code 5 when the file
+// is not open for reading).
 long long read_file(FileHandle file, void *target, unsigned int count);
 
-// True when all bytes were written.
+// True when all bytes were written. A failure (code 5 when the file is not open for writing, 112
+// when the disk is full) may have written some.
 bool write_file(FileHandle file, void const *source, unsigned int count);
 
 // The new position, or -1. A position before the beginning fails with code 131; one beyond the end
@@ -42,22 +47,26 @@ bool write_file(FileHandle file, void const *source, unsigned int count);
 long long seek_file(FileHandle file, long long offset, SeekOrigin origin);
 
 long long get_file_size(FileHandle file);            // -1 on failure
-bool set_file_size(FileHandle file, long long size); // new bytes are zero
-bool flush_file(FileHandle file);                    // to the disk
+bool set_file_size(FileHandle file, long long size); // new bytes are zero; the position stays
+bool flush_file(FileHandle file);                    // to the disk; nothing when only read
 
-// The handle below a C stream, after flushing it; invalid_file_handle() when it has none.
+// The handle below a C stream, after flushing it, so that both are at the same position;
+// invalid_file_handle() when it has none.
 FileHandle get_stream_handle(void *c_stream);
 
-// The system's own form of a Windows-style path, as its calls take it: on Linux UTF-8, with drive
-// C and a leading backslash as the root directory and native paths as they are; on Windows
-// unchanged. Empty when the path names nothing on this system (an unmapped drive or share).
+// The system's own form of a Windows-style path, in UTF-8: on Linux, drive C and a leading
+// separator are the root directory and native paths are taken as they are; on Windows the path is
+// unchanged. Empty when the path names nothing on this system: an unmapped drive (code 3), an
+// unknown share (53 or 67), characters that no name has (123).
 KORTOOLS_API std::string to_native_path(std::wstring_view path);
 
-// The Windows-style form of what the system hands back: "/a/b" becomes "C:\a\b" on Linux.
+// The Windows-style form of what the system hands back: "/a/b" becomes "C:\a\b" on Linux. Names
+// that are not UTF-8 become lone surrogates, and to_native_path() gives back every byte.
 KORTOOLS_API std::wstring from_native_path(std::string_view native);
 
 // Linux: makes drive `letter` (or the share "\\server\share") the native directory `directory`;
-// empty removes the mapping. Windows: returns false.
+// empty removes the mapping. False when the letter is C or none, the share is not of that form or
+// the directory is not absolute; it need not exist. Thread safe. Windows: returns false.
 KORTOOLS_API bool map_drive(wchar_t letter, std::string_view directory);
 KORTOOLS_API bool map_share(std::wstring_view share, std::string_view directory);
 
