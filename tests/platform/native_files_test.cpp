@@ -3,9 +3,18 @@
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/os_error.h"
 #include "kortools/platform/posix/path_mapping.h"
+#include "tests/support/temp_folder.h"
 
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
+#include <fcntl.h>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/time.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace kortools::platform;
 
@@ -152,4 +161,82 @@ TEST(NativePaths, EveryNameComesBackByteForByte)
     }
     std::wstring const lone = L"a\xD83D|\xDE00|\xDFFF";
     EXPECT_EQ(from_native_path(to_native_path(lone)), lone);
+}
+
+TEST(NativeFiles, OpenByAnyNameOnDiskAndOnMappedDrives)
+{
+    TempFolder const folder;
+    std::string const name = folder.GetPath().string() + "/caf\xE9 a\\b";
+    std::ofstream(name) << "text";
+    std::wstring const path = from_native_path(name);
+    FileHandle file
+        = open_file(path.c_str(), FileAccess::Read, FileSharing::Read, FileCreation::OpenExisting);
+    EXPECT_EQ(get_file_size(file), 4);
+    int const flags = fcntl(int(reinterpret_cast<std::intptr_t>(file)), F_GETFD);
+    EXPECT_TRUE(flags & FD_CLOEXEC);
+    EXPECT_TRUE(close_file(file));
+
+    ASSERT_TRUE(map_drive(L'Q', folder.GetPath().string()));
+    file = open_file(L"Q:\\caf\xDCE9 a\xDC5C"
+                     L"b",
+        FileAccess::Read, FileSharing::Read, FileCreation::OpenExisting);
+    EXPECT_EQ(get_file_size(file), 4);
+    EXPECT_TRUE(close_file(file));
+    map_drive(L'Q', "");
+}
+
+TEST(NativeFiles, EmptyingCountsAsWritingEvenForAReader)
+{
+    TempFolder const folder;
+    std::wstring const path = folder.GetFile(L"file");
+    std::ofstream(folder.GetPath() / "file") << "text";
+    FileHandle const holder
+        = open_file(path.c_str(), FileAccess::Read, FileSharing::Read, FileCreation::OpenExisting);
+    EXPECT_EQ(open_file(path.c_str(), FileAccess::Read, FileSharing::ReadWrite,
+                  FileCreation::CreateAlways),
+        invalid_file_handle());
+    EXPECT_EQ(get_last_os_error(), 32U);
+    EXPECT_EQ(get_file_size(holder), 4);
+    close_file(holder);
+}
+
+TEST(NativeFiles, AFullDiskIsReportedAndDevicesAreShared)
+{
+    FileHandle files[2];
+    for (FileHandle &file : files) {
+        file = open_file(
+            L"C:\\dev\\full", FileAccess::ReadWrite, FileSharing::None, FileCreation::CreateAlways);
+        ASSERT_NE(file, invalid_file_handle());
+        EXPECT_FALSE(write_file(file, "text", 4));
+        EXPECT_EQ(get_last_os_error(), 112U);
+    }
+    for (FileHandle const file : files)
+        EXPECT_TRUE(close_file(file));
+}
+
+TEST(NativeFiles, InterruptedAndPartialTransfersAreCompleted)
+{
+    struct sigaction action { };
+    action.sa_handler = [](int) {}; // without SA_RESTART: calls fail with EINTR
+    sigaction(SIGALRM, &action, nullptr);
+    itimerval const often { { 0, 300 }, { 0, 300 } }; // microseconds
+    itimerval const never {};
+    setitimer(ITIMER_REAL, &often, nullptr);
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    auto const to_handle = [](int fd) { return reinterpret_cast<FileHandle>(std::intptr_t(fd)); };
+    std::string sent(3'000'000, '\0'); // many times what a pipe holds
+    std::ranges::generate(sent, [i = 0]() mutable { return char(i++ * 7 % 251); });
+    std::thread writer([&] {
+        EXPECT_TRUE(write_file(to_handle(ends[1]), sent.data(), unsigned(sent.size())));
+        close_file(to_handle(ends[1]));
+    });
+    std::string received(sent.size() + 1, '\0');
+    EXPECT_EQ(read_file(to_handle(ends[0]), received.data(), unsigned(received.size())),
+        static_cast<long long>(sent.size()));
+    writer.join();
+    setitimer(ITIMER_REAL, &never, nullptr);
+    received.pop_back();
+    EXPECT_TRUE(received == sent);
+    close_file(to_handle(ends[0]));
 }
