@@ -63,8 +63,8 @@ function(kor_test area name)
     endif()
     target_link_libraries(${target} PRIVATE kor_test_support kor_options kor_warnings
                           ${arg_LIBRARIES})
-    add_test(NAME ${name} COMMAND ${target}
-             --gtest_output=xml:${PROJECT_BINARY_DIR}/test-results/${name}.xml)
+    # A relative path: the Windows programs would not take a Linux one for absolute.
+    add_test(NAME ${name} COMMAND ${target} --gtest_output=xml:../test-results/${name}.xml)
     set_tests_properties(${name} PROPERTIES LABELS ${area} TIMEOUT 300)
 endfunction()
 
