@@ -2,9 +2,16 @@
 // The user's language.
 #pragma once
 
+#include <string_view>
+
 namespace kortools::platform {
 
-// The primary Windows language of the user's locale: 9 English, 12 French, ...; 9 when unknown.
+// The primary Windows language of the texts the user wants to read: 9 English, 12 French, ...; 9
+// when unknown. On Windows that of the user interface; on Linux that of LC_MESSAGES once the
+// process has set its locale, else that of LC_ALL, LC_MESSAGES or LANG in the environment.
 unsigned int get_user_primary_language();
+
+// The primary Windows language of a locale name: fr_CA.UTF-8, sr@latin, pt, C => 12, 26, 22, 9.
+unsigned int get_primary_language(std::string_view locale_name);
 
 } // namespace kortools::platform

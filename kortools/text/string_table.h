@@ -14,7 +14,8 @@ namespace kortools::text {
 inline constexpr unsigned int english = 1033;
 inline constexpr unsigned int french = 1036;
 
-// Sets the language of the calling thread's texts; 0 follows the user's locale again.
+// Sets the language of the calling thread's texts by its Windows number, of which the low ten bits
+// count: any French is French, every other language English; 0 follows the user's again.
 KORTOOLS_API void set_thread_language(unsigned int language);
 KORTOOLS_API unsigned int get_active_language(); // english or french
 

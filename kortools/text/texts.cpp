@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/text/texts.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace kortools::text {
+namespace {
+
+// clang-format off
+constexpr Text texts[] = {
+    // Sizes, units, answers
+    { 5175, L"Bytes", L"Octets" },
+    { 5214, L": ", L" : " },
+    { 5230, L"%.2f Gb", L"%.2f Go" },
+    { 5238, L"%.2f Kb", L"%.2f Ko" },
+    { 5272, L"%.2f Mb", L"%.2f Mo" },
+    { 5293, L"No", L"Non" },
+    { 5358, L"Centimeters|cm", L"Centimètres|cm" },
+    { 5361, L"Foot|ft", L"Pied|ft" },
+    { 5362, L"Inches|in", L"Pouces|in" },
+    { 5363, L"Kilometer|km", L"Kilomètre|km" },
+    { 5364, L"Meter|m", L"Mètre|m" },
+    { 5365, L"Micrometer|µm", L"Micromètre|µm" },
+    { 5366, L"Mile|mi", L"Mile|mi" },
+    { 5367, L"Millimeters|mm", L"Millimètres|mm" },
+    { 5368, L"Nanometer|nm", L"Nanomètre|nm" },
+    { 5369, L"Pixels|px", L"Pixels|px" },
+    { 5370, L"Undefined unit|no unit", L"Unité indéfinie|sans unité" },
+    { 5371, L"Yard|yd", L"Yard|yd" },
+    { 5392, L"Yes", L"Oui" },
+
+    // The name of a file that has none
+    { 61446, L"an unnamed file", L"un fichier sans nom" },
+
+    // File errors: 61856 and the cause
+    { 61856, L"No error occurred.", L"Aucune erreur ne s'est produite." },
+    { 61857, L"An unknown error occurred while accessing %1.",
+             L"Une erreur inconnue s'est produite lors de l'accès à %1." },
+    { 61858, L"%1 was not found.", L"%1 est introuvable." },
+    { 61859, L"%1 contains an incorrect path.", L"%1 contient un chemin incorrect." },
+    { 61860, L"%1 could not be opened because there are too many open files.",
+             L"Impossible d'ouvrir %1 : trop de fichiers sont ouverts." },
+    { 61861, L"Access to %1 was denied.", L"L'accès à %1 a été refusé." },
+    { 61862, L"An incorrect file handle was associated with %1.",
+             L"Un descripteur de fichier incorrect a été associé à %1." },
+    { 61863, L"%1 could not be removed because it is the current directory.",
+             L"Impossible de supprimer %1 : c'est le dossier courant." },
+    { 61864, L"%1 could not be created because the directory is full.",
+             L"Impossible de créer %1 : le dossier est plein." },
+    { 61865, L"Seek failed on %1.", L"Le positionnement dans %1 a échoué." },
+    { 61866, L"A hardware input/output error was reported while accessing %1.",
+             L"Une erreur matérielle d'entrée/sortie a été signalée lors de l'accès à %1." },
+    { 61867, L"A sharing violation occurred while accessing %1.",
+             L"Une violation de partage s'est produite lors de l'accès à %1." },
+    { 61868, L"A locking violation occurred while accessing %1.",
+             L"Une violation de verrouillage s'est produite lors de l'accès à %1." },
+    { 61869, L"Disk full while accessing %1.", L"Disque plein lors de l'accès à %1." },
+    { 61870, L"Attempted to access %1 past its end.",
+             L"Tentative d'accès au-delà de la fin de %1." },
+
+    // Archive errors: 61872 and the cause
+    { 61872, L"No error occurred.", L"Aucune erreur ne s'est produite." },
+    { 61873, L"An unknown error occurred while accessing %1.",
+             L"Une erreur inconnue s'est produite lors de l'accès à %1." },
+    { 61874, L"Attempted to write to %1, which is open for reading.",
+             L"Tentative d'écriture dans %1, qui est ouvert en lecture." },
+    { 61875, L"Attempted to access %1 past its end.",
+             L"Tentative d'accès au-delà de la fin de %1." },
+    { 61876, L"Attempted to read from %1, which is open for writing.",
+             L"Tentative de lecture dans %1, qui est ouvert en écriture." },
+    { 61877, L"%1 has a bad format.", L"Le format de %1 est incorrect." },
+    { 61878, L"%1 contains an unexpected object.", L"%1 contient un objet inattendu." },
+    { 61879, L"%1 contains an incorrect schema.", L"%1 contient un schéma incorrect." },
+    { 61880, L"The buffer is full while accessing %1.",
+             L"Le tampon est plein lors de l'accès à %1." },
+};
+// clang-format on
+static_assert(
+    std::ranges::adjacent_find(texts, std::greater_equal(), &Text::id) == std::ranges::end(texts));
+
+} // namespace
+
+std::span<Text const> get_texts()
+{
+    return texts;
+}
+
+} // namespace kortools::text

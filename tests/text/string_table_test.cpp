@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/text/string_table.h"
+
+#include "kortools/text/texts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <string>
+#include <thread>
+
+using kortools::text::Text;
+
+namespace {
+
+class ThreadLanguage {
+public:
+    explicit ThreadLanguage(unsigned int language)
+    {
+        kortools::text::set_thread_language(language);
+    }
+    ~ThreadLanguage() { kortools::text::set_thread_language(0); }
+};
+
+// What a translation must keep: the directives in their order, for they take their arguments in
+// turn, and how often %1 and the field separator occur.
+std::vector<std::wstring> get_placeholders(std::wstring const &text)
+{
+    static std::wregex const pattern(
+        L"%1(?![0-9a-zA-Z]|\\.[0-9*])|%[-+ 0#*.0-9]*(I64|I32|ll|hh|[hlwjzt])?[a-zA-Z%]|\\|");
+    std::vector<std::wstring> directives;
+    std::vector<std::wstring> others;
+    for (std::wsregex_iterator at(text.begin(), text.end(), pattern), end; at != end; ++at) {
+        std::wstring const found = at->str();
+        (found == L"%1" || found == L"|" ? others : directives).push_back(found);
+    }
+    std::ranges::sort(others);
+    directives.insert(directives.end(), others.begin(), others.end());
+    return directives;
+}
+
+TEST(StringTable, EveryTextExistsInBothLanguagesWithTheSamePlaceholders)
+{
+    unsigned int last = 0;
+    for (Text const &text : kortools::text::get_texts()) {
+        EXPECT_GT(text.id, last);
+        last = text.id;
+        std::wstring const english = text.english;
+        std::wstring const french = text.french;
+        EXPECT_FALSE(english.empty()) << text.id;
+        EXPECT_FALSE(french.empty()) << text.id;
+        EXPECT_EQ(get_placeholders(english), get_placeholders(french)) << text.id;
+    }
+}
+
+TEST(StringTable, TextsFollowTheLanguageOfTheThread)
+{
+    ThreadLanguage const language(kortools::text::french);
+    EXPECT_EQ(xLoadString(5392), L"Oui");
+    std::thread([] {
+        ThreadLanguage const other(kortools::text::english);
+        EXPECT_EQ(xLoadString(5392), L"Yes");
+        EXPECT_EQ(xLoadString(5365), L"Micrometer|\x00B5m");
+    }).join();
+    EXPECT_EQ(xLoadString(61858), L"%1 est introuvable.");
+    kortools::text::set_thread_language(3084); // as spoken in Canada
+    EXPECT_EQ(xLoadString(5293), L"Non");
+    kortools::text::set_thread_language(1031);
+    EXPECT_EQ(kortools::text::get_active_language(), kortools::text::english);
+}
+
+TEST(StringTable, UnknownNumbersAreEmpty)
+{
+    for (unsigned int const id : { 0U, 5174U, 5176U, 61871U, 61881U, 0xFFFFFFFFU })
+        EXPECT_TRUE(xLoadString(id).IsEmpty()) << id;
+}
+
+} // namespace
