@@ -10,13 +10,18 @@
 //       exception->Delete();
 //   }
 //
-// The registry of pending exceptions is process-wide and locks itself. Destroying a pending
-// exception in any way takes it out of the registry.
+// The registry of pending exceptions is process-wide and locks itself; nothing in it allocates.
+// Destroying a pending exception in any way, on any thread, takes it out of the registry. What is
+// pending when the library is unloaded is destroyed then.
 #pragma once
 
 #include "kortools/archive/runtime_class.h"
 #include "kortools/core/xstring.h"
 #include "kortools/export.h"
+
+namespace kortools::archive {
+class PendingExceptions;
+}
 
 class KORTOOLS_API CXException : public CXObject {
     KOR_DECLARE_CLASS(CXException)
@@ -26,16 +31,23 @@ public:
     CXException &operator=(CXException const &) = delete;
     ~CXException() override; // also takes a pending exception out of its thread's entry
 
-    // Shows the message in a message box; `flags` are its buttons and icon (0 is OK). False, and
-    // nothing shown, when the message is empty.
+    // Shows GetErrorMessage() in a message box; `flags` are its buttons and icon (0 is OK). False,
+    // and nothing shown, when the message is empty.
     virtual bool ReportError(unsigned int flags = 0);
     virtual CXTString<wchar_t> GetErrorMessage() const;
 
-    // Destroys and frees the object; nothing on a null pointer.
+    // Destroys and frees the object, which comes from `new`. May be called on a null pointer, which
+    // changes nothing.
     void Delete();
 
 protected:
     CXTString<wchar_t> m_message;
+
+private:
+    friend class kortools::archive::PendingExceptions;
+
+    unsigned long long m_pendingThread = 0; // the thread whose pending exception this is; 0: none's
+    CXException *m_nextPending = nullptr;   // in the registry's chain
 };
 
 class KORTOOLS_API CXFileException : public CXException {
@@ -66,17 +78,16 @@ public:
     FileExceptionType GetCause() const { return m_cause; }
     CXTString<wchar_t> const &GetFileName() const { return m_fileName; }
 
-    // The text of the cause with the file's name in it; the stored message when there is no cause.
-    CXTString<wchar_t> GetErrorMessage() const override;
-
-    // The cause of an error number of the C runtime (Windows numbering).
+    // The cause of an error number of the C runtime (Windows numbering: 36 is the deadlock, which
+    // is a generic error and not a sharing violation).
     static FileExceptionType ErrnoToException(int errorNumber);
 
-    // The cause of a Windows system error code.
+    // The cause of a Windows system error code, which is what the seam reports on Linux too.
     static FileExceptionType OsErrorToException(unsigned int osError);
 
     // Throws a CXFileException with the cause of `errorNumber` or, when that is 0, with `cause`.
-    // Nothing is thrown when both are 0, nor when `fill` is given, which receives cause and name.
+    // Nothing is thrown when both are 0, nor when `fill` is given, which receives cause (also a
+    // cause of 0) and name and keeps its message.
     static void ThrowErrno(FileExceptionType cause, int errorNumber,
         CXTString<wchar_t> const &fileName, CXFileException *fill = nullptr);
 
@@ -85,6 +96,9 @@ public:
         CXFileException *fill = nullptr);
 
 private:
+    static void Report(
+        FileExceptionType cause, CXTString<wchar_t> const &fileName, CXFileException *fill);
+
     FileExceptionType m_cause;
     CXTString<wchar_t> m_fileName;
 };
@@ -110,7 +124,6 @@ public:
 
     ArchiveExceptionType GetCause() const { return m_cause; }
     CXTString<wchar_t> const &GetFileName() const { return m_fileName; }
-    CXTString<wchar_t> GetErrorMessage() const override; // as CXFileException's
 
     // Registers and throws a new exception.
     [[noreturn]] static void Throw(
@@ -142,7 +155,8 @@ public:
 };
 
 // Makes `exception` the calling thread's pending one and destroys the one before, unless it is the
-// same object. Null is ignored.
+// same object. An exception that was pending on another thread is taken over from it. Null is
+// ignored.
 KORTOOLS_API void XSetThreadException(CXException *exception);
 
 // Destroys the calling thread's pending exception, if there is one.
@@ -150,3 +164,18 @@ KORTOOLS_API void XDeleteThreadException();
 
 // The calling thread's pending exception, or null.
 KORTOOLS_API CXException *XGetThreadException();
+
+namespace kortools::archive {
+
+// Registers and throws, with the pointer's own type. What every throw site calls.
+template <class Exception> [[noreturn]] void throw_exception(Exception *exception)
+{
+    XSetThreadException(exception);
+    throw exception;
+}
+
+// Destroys the pending exceptions of all threads. For the end of the application, when no other
+// thread handles an exception any more.
+KORTOOLS_API void release_pending_exceptions();
+
+} // namespace kortools::archive

@@ -29,21 +29,25 @@ struct KORTOOLS_API CXRuntimeClass {
     CXRuntimeClass const *m_baseClass; // null for the root
     CXObject *(*m_createObject)();     // null when objects cannot be created by name
 
-    // Registers a record under its name, in place of an earlier one of that name. False for null.
+    // Registers a record under its name, in place of an earlier one of that name. False, and
+    // nothing done, for null and for a record without a name. May be called at any time, also
+    // before the library's own static objects are initialised and while those of the program are
+    // destroyed.
     static bool DeclareRuntimeClass(CXRuntimeClass const *runtimeClass);
 
     // Takes a record out of the registry (a plug-in's, before it is unloaded), if it is still the
     // one registered under its name.
     static void RemoveRuntimeClass(CXRuntimeClass const *runtimeClass);
 
-    // The record registered under a name, or null.
+    // The record registered under a name, or null (also for a null name).
     static CXRuntimeClass const *FindRuntimeClass(char const *className);
 
-    // A new object, or null when the class has no creation function or when that function throws.
-    // In every case the thread's pending exception is released.
+    // A new object, which the caller owns, or null when the class has no creation function or when
+    // that function throws anything. In every case the thread's pending exception is released.
     CXObject *CreateObject() const;
 
-    // True when `base` is this record or one of its ancestors. False on a null record.
+    // True when `base` is this record or one of its ancestors. May be called on a null record, and
+    // is then false, as it is for a null `base`.
     bool IsDerivedFrom(CXRuntimeClass const *base) const;
 
     bool IsSerializable() const { return (m_schema & not_serializable) == 0; }
@@ -82,6 +86,7 @@ private:
 class KORTOOLS_API CXObject {
 public:
     static CXRuntimeClass const classCreatorCXObject;
+    static constexpr CXRuntimeClass const *kor_class_record() { return &classCreatorCXObject; }
     static CXRuntimeClass const *GetThisRuntimeClassDescriptor();
 
     virtual ~CXObject() = default;
@@ -99,10 +104,16 @@ protected:
     CXObject &operator=(CXObject const &) = default;
 };
 
-// In the class body, first thing; leaves the access at private.
+// In the class body, first thing; leaves the access at private. kor_class_record() is for the
+// macros only: a constant expression where the base class lies in the same module (and on Linux
+// always), so that records are complete before any static object is initialised.
 #define KOR_DECLARE_CLASS(Class)                                                                   \
 public:                                                                                            \
     static CXRuntimeClass const classCreator##Class;                                               \
+    static constexpr CXRuntimeClass const *kor_class_record()                                      \
+    {                                                                                              \
+        return &classCreator##Class;                                                               \
+    }                                                                                              \
     static CXRuntimeClass const *GetThisRuntimeClassDescriptor();                                  \
     CXRuntimeClass const *GetRuntimeClassDescriptor() const override;                              \
                                                                                                    \
@@ -110,7 +121,7 @@ private:
 
 #define KOR_DETAIL_IMPLEMENT_CLASS(Class, Base, schemaWord, creator)                               \
     CXRuntimeClass const Class::classCreator##Class                                                \
-        = { #Class, sizeof(Class), schemaWord, Base::GetThisRuntimeClassDescriptor(), creator };   \
+        = { #Class, sizeof(Class), schemaWord, Base::kor_class_record(), creator };                \
     CXRuntimeClass const *Class::GetThisRuntimeClassDescriptor()                                   \
     {                                                                                              \
         return &classCreator##Class;                                                               \

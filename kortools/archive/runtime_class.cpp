@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/archive/runtime_class.h"
+
+#include "kortools/archive/exception.h"
+#include "kortools/core/critical_section.h"
+
+#include <map>
+#include <string>
+
+namespace {
+
+struct ClassRegistry {
+    CXCriticalSection m_lock;
+    std::map<std::string, CXRuntimeClass const *, std::less<>> m_classes;
+};
+
+// Never destroyed: modules take their classes out while static objects are being destroyed, in an
+// order that nobody knows.
+ClassRegistry &get_registry()
+{
+    static auto *const s_registry = new ClassRegistry;
+    return *s_registry;
+}
+
+} // namespace
+
+bool CXRuntimeClass::DeclareRuntimeClass(CXRuntimeClass const *runtimeClass)
+{
+    if (!runtimeClass || !runtimeClass->m_className)
+        return false;
+    ClassRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    registry.m_classes[runtimeClass->m_className] = runtimeClass;
+    return true;
+}
+
+void CXRuntimeClass::RemoveRuntimeClass(CXRuntimeClass const *runtimeClass)
+{
+    if (!runtimeClass || !runtimeClass->m_className)
+        return;
+    ClassRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    auto const entry = registry.m_classes.find(runtimeClass->m_className);
+    if (entry != registry.m_classes.end() && entry->second == runtimeClass)
+        registry.m_classes.erase(entry);
+}
+
+CXRuntimeClass const *CXRuntimeClass::FindRuntimeClass(char const *className)
+{
+    if (!className)
+        return nullptr;
+    ClassRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    auto const entry = registry.m_classes.find(className);
+    return entry == registry.m_classes.end() ? nullptr : entry->second;
+}
+
+CXObject *CXRuntimeClass::CreateObject() const
+{
+    CXObject *object = nullptr;
+    try {
+        if (m_createObject)
+            object = m_createObject();
+    } catch (CXException *exception) {
+        exception->Delete(); // it may not be the pending one
+    } catch (...) {
+        object = nullptr;
+    }
+    XDeleteThreadException();
+    return object;
+}
+
+bool CXRuntimeClass::IsDerivedFrom(CXRuntimeClass const *base) const
+{
+    for (CXRuntimeClass const *ancestor = this; ancestor; ancestor = ancestor->m_baseClass) {
+        if (ancestor == base)
+            return true;
+    }
+    return false;
+}
+
+constinit CXRuntimeClass const CXObject::classCreatorCXObject
+    = { "CXObject", sizeof(CXObject), 1, nullptr, nullptr };
+static kortools::archive::ClassRegistration const kor_registration_CXObject(
+    &CXObject::classCreatorCXObject);
+
+CXRuntimeClass const *CXObject::GetThisRuntimeClassDescriptor()
+{
+    return &classCreatorCXObject;
+}
+
+CXRuntimeClass const *CXObject::GetRuntimeClassDescriptor() const
+{
+    return &classCreatorCXObject;
+}
+
+void CXObject::Serialize(CXArchive &) { }
+
+bool CXObject::IsKindOf(CXRuntimeClass const *runtimeClass) const
+{
+    return GetRuntimeClassDescriptor()->IsDerivedFrom(runtimeClass);
+}
