@@ -21,4 +21,9 @@ long long convert_from_code_page(
 long long convert_to_code_page(
     unsigned int page, wchar_t const *source, int length, char *target, int capacity);
 
+// Provided by the portable part: true for pages in which the bytes 00 to 7F are ASCII wherever a
+// character starts, and nothing else but ASCII characters is encoded with them (best fits aside).
+// Stateful pages, EBCDIC and national variants are not among them.
+bool is_ascii_based(unsigned int page);
+
 } // namespace kortools::platform

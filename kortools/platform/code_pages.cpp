@@ -25,17 +25,6 @@ unsigned int resolve(unsigned int page)
     return page == oem_page ? get_system_oem_code_page() : page;
 }
 
-// Pages in which the bytes 00 to 7F are ASCII wherever a character starts, and nothing else maps
-// to them with another length. Stateful pages, EBCDIC and national variants are not here.
-bool is_ascii_based(unsigned int page)
-{
-    static constexpr unsigned int pages[] = { 437, 720, 737, 775, 850, 852, 855, 857, 858, 860, 861,
-        862, 863, 865, 866, 869, 874, 932, 936, 949, 950, 1250, 1251, 1252, 1253, 1254, 1255, 1256,
-        1257, 1258, 10000, 20127, 20866, 20932, 21866, 28591, 28592, 28593, 28594, 28595, 28596,
-        28597, 28598, 28599, 28603, 28605, 51932, 51949, 54936 };
-    return std::binary_search(std::begin(pages), std::end(pages), page);
-}
-
 // What is left of `capacity` behind `used` characters, as the services take it.
 int room_behind(long long capacity, std::size_t used)
 {
@@ -62,6 +51,15 @@ long long convert(unsigned int page, Source const *source, long long size, Targe
 }
 
 } // namespace
+
+bool is_ascii_based(unsigned int page)
+{
+    static constexpr unsigned int pages[] = { 437, 720, 737, 775, 850, 852, 855, 857, 858, 860, 861,
+        862, 863, 864, 865, 866, 869, 874, 932, 936, 949, 950, 1250, 1251, 1252, 1253, 1254, 1255,
+        1256, 1257, 1258, 10000, 10006, 10007, 10029, 10081, 20127, 20866, 21866, 28591, 28592,
+        28593, 28594, 28595, 28596, 28597, 28598, 28599, 28603, 28605, 51932, 51936, 51949, 54936 };
+    return std::binary_search(std::begin(pages), std::end(pages), page);
+}
 
 unsigned int get_ansi_code_page()
 {

@@ -82,7 +82,6 @@ constexpr CodePageEntry catalog[] = {
     { 20838, "ibm-838_P100-1995", Table, u'?' },
     { 20866, "ibm-878_P100-1996", Table, u'?' },
     { 20871, "ibm-871_P100-1995", Table, u'?' },
-    { 20932, "euc-jp-2007", Converter, u'\u30FB' },
     { 21025, "ibm-1025_P100-1995", Table, u'?' },
     { 21866, "ibm-1168_P100-2002", Table, u'?' },
     { 28591, "ISO-8859-1", Table, u'?' },

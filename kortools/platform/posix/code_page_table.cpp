@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/posix/code_page_table.h"
 
+#include "kortools/platform/code_page_service.h"
 #include "kortools/platform/text_sink.h"
 
 #include <unicode/ucnv.h>
@@ -13,8 +14,6 @@
 
 namespace kortools::platform {
 namespace {
-
-constexpr std::uint16_t question_mark = '?';
 
 struct CloseConverter {
     void operator()(UConverter *converter) const { ucnv_close(converter); }
@@ -34,6 +33,17 @@ ConverterPtr open_strict(char const *name)
         return nullptr;
     ucnv_setFallback(converter.get(), true);
     return converter;
+}
+
+std::uint16_t encode_one(UConverter *converter, char16_t ch)
+{
+    char bytes[8];
+    UErrorCode error = U_ZERO_ERROR;
+    int const count = ucnv_fromUChars(converter, bytes, sizeof bytes, &ch, 1, &error);
+    auto const byte = [&](int i) { return static_cast<unsigned char>(bytes[i]); };
+    if (U_FAILURE(error) || count < 1 || count > 2)
+        return 0;
+    return static_cast<std::uint16_t>(count == 1 ? byte(0) : byte(0) << 8 | byte(1));
 }
 
 // What `size` bytes decode to when they are one character below 10000; 0 otherwise.
@@ -67,11 +77,16 @@ CodePageTable const *CodePageTable::get(CodePageEntry const &entry)
 }
 
 CodePageTable::CodePageTable(CodePageEntry const &entry, UConverter *converter)
-    : m_bytes(256, question_mark)
+    : m_question_mark(encode_one(converter, u'?'))
+    , m_bytes(256, m_question_mark)
 {
     read_single_bytes(converter);
     read_pairs(converter, entry.default_character);
     read_characters(converter);
+    if (is_ascii_based(entry.page))
+        keep_ascii();
+    if (auto const *const corrections = find_corrections(entry.page))
+        apply(*corrections);
 }
 
 void CodePageTable::read_single_bytes(UConverter *converter)
@@ -114,18 +129,40 @@ void CodePageTable::read_characters(UConverter *converter)
         UChar32 last;
         uset_getItem(known.get(), range, &first, &last, nullptr, 0, &error);
         for (UChar32 ch = first; ch <= last && ch <= 0xFFFF; ++ch) {
-            auto const unit = static_cast<UChar>(ch);
-            char bytes[8];
-            error = U_ZERO_ERROR;
-            int const count = ucnv_fromUChars(converter, bytes, sizeof bytes, &unit, 1, &error);
-            auto const byte = [&](int i) { return static_cast<unsigned char>(bytes[i]); };
-            if (U_SUCCESS(error) && count == 1)
-                set_bytes(static_cast<char32_t>(ch), byte(0));
-            else if (U_SUCCESS(error) && count == 2)
-                set_bytes(
-                    static_cast<char32_t>(ch), static_cast<std::uint16_t>(byte(0) << 8 | byte(1)));
+            if (auto const bytes = encode_one(converter, static_cast<char16_t>(ch)))
+                set_bytes(static_cast<char32_t>(ch), bytes);
         }
     }
+    set_bytes(0, encode_one(converter, u'\0'));
+}
+
+// Some converters of the PC pages exchange the controls 1A, 1C and 7F.
+void CodePageTable::keep_ascii()
+{
+    for (char16_t ch = 0; ch < 0x80; ++ch) {
+        m_single[ch] = ch;
+        set_bytes(ch, ch);
+    }
+}
+
+void CodePageTable::apply(CodePageCorrections const &corrections)
+{
+    auto const &bytes = corrections.bytes;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+        m_single[bytes[i]] = bytes[i + 1];
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        // A character that two bytes stand for keeps the one it has.
+        std::uint16_t const known = get_bytes(bytes[i + 1]);
+        if (known > 0xFF || m_single[known] != bytes[i + 1])
+            set_bytes(bytes[i + 1], bytes[i]);
+    }
+    for (std::size_t i = 0; i + 1 < corrections.substitutes.size(); i += 2)
+        set_bytes(corrections.substitutes[i], get_bytes(corrections.substitutes[i + 1]));
+}
+
+std::uint16_t CodePageTable::get_bytes(char32_t ch) const
+{
+    return m_bytes[m_blocks[ch >> 8] * std::size_t { 256 } + (ch & 0xFF)];
 }
 
 void CodePageTable::set_bytes(char32_t ch, std::uint16_t bytes)
@@ -133,7 +170,7 @@ void CodePageTable::set_bytes(char32_t ch, std::uint16_t bytes)
     std::uint16_t &block = m_blocks[ch >> 8];
     if (block == 0) {
         block = static_cast<std::uint16_t>(m_bytes.size() / 256);
-        m_bytes.resize(m_bytes.size() + 256, question_mark);
+        m_bytes.resize(m_bytes.size() + 256, m_question_mark);
     }
     m_bytes[block * std::size_t { 256 } + (ch & 0xFF)] = bytes;
 }
@@ -160,11 +197,12 @@ bool CodePageTable::encode(wchar_t const *source, std::size_t length, Sink &sink
     for (std::size_t i = 0; i < length; ++i) {
         auto const ch = static_cast<char32_t>(source[i]);
         if (ch > 0xFFFF) { // two units elsewhere, and neither is in any page
-            if (!sink.put('?') || !sink.put('?'))
+            auto const mark = static_cast<char>(m_question_mark);
+            if (!sink.put(mark) || !sink.put(mark))
                 return false;
             continue;
         }
-        std::uint16_t const bytes = m_bytes[m_blocks[ch >> 8] * std::size_t { 256 } + (ch & 0xFF)];
+        std::uint16_t const bytes = get_bytes(ch);
         if (bytes > 0xFF && !sink.put(static_cast<char>(bytes >> 8)))
             return false;
         if (!sink.put(static_cast<char>(bytes & 0xFF)))

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "kortools/platform/posix/code_page_catalog.h"
+#include "kortools/platform/posix/code_page_corrections.h"
 
 #include <array>
 #include <cstddef>
@@ -36,6 +37,9 @@ private:
     void read_single_bytes(UConverter *converter);
     void read_pairs(UConverter *converter, char16_t default_character);
     void read_characters(UConverter *converter);
+    void keep_ascii();
+    void apply(CodePageCorrections const &corrections);
+    std::uint16_t get_bytes(char32_t ch) const;
     void set_bytes(char32_t ch, std::uint16_t bytes);
 
     template <class Sink> bool decode(char const *source, std::size_t size, Sink &sink) const;
@@ -47,7 +51,8 @@ private:
     std::vector<char16_t> m_pair_blocks;      // 256 entries each; block 0 is not stored
 
     // One byte, or two with the first in the high half.
-    std::array<std::uint16_t, 256> m_blocks {}; // of a character's high byte; block 0 is all '?'
+    std::uint16_t m_question_mark = 0;          // what cannot be mapped becomes
+    std::array<std::uint16_t, 256> m_blocks {}; // of a character's high byte; block 0 has nothing
     std::vector<std::uint16_t> m_bytes;         // 256 entries each
 };
 
