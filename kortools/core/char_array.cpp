@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/core/char_array.h"
 
+#include "kortools/core/throw.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
-#include <new>
 #include <utility>
 
 namespace {
 
-// Until the exception classes are there.
-[[noreturn]] void throw_out_of_memory()
-{
-    throw std::bad_alloc();
-}
+using kortools::core::throw_out_of_memory;
 
 // Short texts share two sizes so that small appends do not reallocate each time; longer ones
 // double.

@@ -207,7 +207,7 @@ public:
 
     int Insert(int position, T ch); // the new length; the position is clamped to the text
     int Insert(int position, T const *text);
-    int Insert(int position, CXTString const &text);
+    int Insert(int position, CXTString const &text) { return InsertText(position, text.GetView()); }
     int Delete(int position, int count = 1); // the new length; nothing for a bad position
 
     // Replace up to `count` occurrences (negative: all) that begin before `limit`, a position in
@@ -374,7 +374,7 @@ private:
     int InsertText(int position, View text);
     int FindInternal(T const *text, int start, bool endPosition) const;
     int FindInternalNoCase(T const *text, int start, bool endPosition) const;
-    void FormatId(unsigned int id, std::va_list args, bool append);
+    std::size_t LengthUpTo(int last) const;
     int CompareText(View text) const;
     bool EqualsText(View text) const;
 

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+// Editing, against models that remove and insert one piece after the other.
+#include "kortools/archive/exception.h"
+#include "kortools/core/xstring.h"
+#include "tests/core/xstring_support.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace {
+
+template <class T> using Std = std::basic_string<T>;
+
+// The described Replace, step by step, with nothing but the library's Find.
+template <class T>
+int model_replace(Std<T> &text, Std<T> const &old, Std<T> const &replacement, int count, int limit)
+{
+    if (count == 0 || limit == 0)
+        return 0;
+    int replaced = 0;
+    int position = 0;
+    while (replaced != count) {
+        int const found = CXTString<T>(text).Find(old.c_str(), position);
+        if (found < 0 || found >= limit)
+            break;
+        text.erase(static_cast<std::size_t>(found), old.size());
+        text.insert(static_cast<std::size_t>(found), replacement);
+        position = found + static_cast<int>(replacement.size());
+        ++replaced;
+    }
+    return replaced;
+}
+
+template <class T> int model_remove(Std<T> &text, Std<T> const &unwanted, bool no_case, int count)
+{
+    int removed = 0;
+    int position = 0;
+    while (removed != count) {
+        position = CXTString<T>(text).Find(unwanted.c_str(), position, no_case);
+        if (position < 0)
+            break;
+        text.erase(static_cast<std::size_t>(position), unwanted.size());
+        ++removed;
+    }
+    return removed;
+}
+
+long long capacity_after(long long capacity, int length)
+{
+    return length < capacity ? capacity : std::max(2LL * length + 1, length < 8 ? 16LL : 64LL);
+}
+
+template <class T> class XStringEdit : public testing::Test {
+};
+TYPED_TEST_SUITE(XStringEdit, BothWidths, WidthNames);
+
+} // namespace
+
+TYPED_TEST(XStringEdit, ReplacesAsStepByStep)
+{
+    using T = TypeParam;
+    std::mt19937 random(1);
+    for (int step = 0; step < 30000; ++step) {
+        Std<T> const text = random_text<T>(random, step % 100 ? 40 : 2000);
+        Std<T> const old = random_text<T>(random, 4);
+        Std<T> const replacement = random_text<T>(random, 6);
+        int const count = random() % 2 ? -1 : static_cast<int>(random() % 8);
+        int const limit = random() % 2 ? INT_MAX : static_cast<int>(random() % 60);
+        Std<T> model = text;
+        int const expected = model_replace(model, old, replacement, count, limit);
+        CXTString<T> string = text;
+        long long const capacity = string.GetCapacity();
+        ASSERT_EQ(string.Replace(old.c_str(), replacement.c_str(), count, limit), expected);
+        ASSERT_EQ(string, model) << testing::PrintToString(text) << testing::PrintToString(old)
+                                 << testing::PrintToString(replacement) << count << ' ' << limit;
+        ASSERT_EQ(string.GetCapacity(), capacity_after(capacity, string.GetLength()));
+
+        model = text;
+        int const characters = model_replace(model, lit<T>("a"), lit<T>("b"), count, limit);
+        string = text;
+        ASSERT_EQ(string.Replace(T('a'), T('b'), count, limit), characters);
+        ASSERT_EQ(string, model);
+    }
+}
+
+TYPED_TEST(XStringEdit, RemovesAsStepByStep)
+{
+    using T = TypeParam;
+    std::mt19937 random(2);
+    for (int step = 0; step < 30000; ++step) {
+        Std<T> text = random_text<T>(random, step % 100 ? 40 : 2000);
+        for (T &ch : text)
+            ch = static_cast<T>(random() % 4 ? ch : ch - 32);
+        Std<T> const unwanted = random_text<T>(random, 3);
+        bool const no_case = random() % 2;
+        int const count = static_cast<int>(random() % 8) - 1;
+        Std<T> model = text;
+        int const expected = model_remove(model, unwanted, no_case, count);
+        CXTString<T> string = text;
+        ASSERT_EQ(string.Remove(unwanted.c_str(), no_case, count), expected);
+        ASSERT_EQ(string, model) << testing::PrintToString(text) << testing::PrintToString(unwanted)
+                                 << no_case << ' ' << count;
+
+        model = text;
+        int const characters = model_remove(model, lit<T>("a"), false, count);
+        string = text;
+        ASSERT_EQ(string.Remove(T('a'), count), characters);
+        ASSERT_EQ(string, model);
+    }
+}
+
+TYPED_TEST(XStringEdit, ReplacesAndRemovesNothingForEmptyRequests)
+{
+    using T = TypeParam;
+    CXTString<T> text = lit<T>("aab");
+    Std<T> const a = lit<T>("a");
+    Std<T> const empty;
+    EXPECT_EQ(text.Replace(nullptr, a.c_str()), 0);
+    EXPECT_EQ(text.Replace(a.c_str(), nullptr), 0);
+    EXPECT_EQ(text.Replace(empty.c_str(), a.c_str()), 0);
+    EXPECT_EQ(text.Replace(a.c_str(), empty.c_str(), 0), 0);
+    EXPECT_EQ(text.Replace(a.c_str(), empty.c_str(), -1, 0), 0);
+    EXPECT_EQ(text.Replace(a.c_str(), empty.c_str(), -1, -5), 0);
+    EXPECT_EQ(text.Replace(T('a'), T('c'), 0), 0);
+    EXPECT_EQ(text.Replace(T('a'), T('c'), -1, 0), 0);
+    EXPECT_EQ(text.Remove(nullptr), 0);
+    EXPECT_EQ(text.Remove(empty.c_str()), 0);
+    EXPECT_EQ(text.Remove(a.c_str(), false, 0), 0);
+    EXPECT_EQ(text.Remove(T('a'), 0), 0);
+    EXPECT_EQ(text, lit<T>("aab"));
+    // What joins up over a removal is not searched again.
+    text = lit<T>("aabb");
+    EXPECT_EQ(text.Remove(lit<T>("ab").c_str()), 1);
+    EXPECT_EQ(text, lit<T>("ab"));
+}
+
+TYPED_TEST(XStringEdit, EditsWithItsOwnText)
+{
+    using T = TypeParam;
+    for (int const length : { 6, 30 }) { // with and without room
+        Std<T> model;
+        for (int i = 0; i < length; ++i)
+            model += static_cast<T>('a' + i);
+        for (int from = 0; from <= length; ++from) {
+            std::size_t const offset = static_cast<std::size_t>(from);
+            for (int at = 0; at <= length; ++at) {
+                CXTString<T> text = model;
+                Std<T> expected = model;
+                expected.insert(static_cast<std::size_t>(at), model.substr(offset));
+                ASSERT_EQ(text.Insert(at, text.GetAtPtr(from)), 2 * length - from);
+                ASSERT_EQ(text, expected) << from << ' ' << at;
+            }
+            CXTString<T> text = model;
+            Std<T> expected = model;
+            int const replaced
+                = model_replace(expected, lit<T>("b"), model.substr(offset), -1, INT_MAX);
+            ASSERT_EQ(text.Replace(lit<T>("b").c_str(), text.GetAtPtr(from)), replaced);
+            ASSERT_EQ(text, expected) << from;
+            text = model;
+            ASSERT_EQ(text.Replace(text.GetAtPtr(from), lit<T>("-").c_str()), from < length);
+            ASSERT_EQ(text, model.substr(0, offset) + (from < length ? lit<T>("-") : lit<T>("")));
+            text = model;
+            ASSERT_EQ(text.Remove(text.GetAtPtr(from)), from < length);
+            ASSERT_EQ(text, model.substr(0, offset));
+        }
+        CXTString<T> text = model;
+        text.Insert(2, text);
+        EXPECT_EQ(text, model.substr(0, 2) + model + model.substr(2));
+    }
+    CXTString<T> text = lit<T>("ba-abc-ab");
+    EXPECT_EQ(text.Trim(text.GetAtPtr(7)), lit<T>("-abc-"));
+}
+
+TYPED_TEST(XStringEdit, ClampsInsertionsAndIgnoresBadDeletions)
+{
+    using T = TypeParam;
+    CXTString<T> text = lit<T>("bc");
+    EXPECT_EQ(text.Insert(-5, T('a')), 3);
+    EXPECT_EQ(text.Insert(99, lit<T>("de").c_str()), 5);
+    EXPECT_EQ(text.Insert(1, CXTString<T>(lit<T>("\0x"))), 7);
+    EXPECT_EQ(text.Insert(1, static_cast<T const *>(nullptr)), 7);
+    EXPECT_EQ(text, lit<T>("a\0xbcde"));
+    EXPECT_EQ(text.Delete(-1, 3), 7);
+    EXPECT_EQ(text.Delete(7), 7);
+    EXPECT_EQ(text.Delete(2, 0), 7);
+    EXPECT_EQ(text.Delete(2, -1), 7);
+    EXPECT_EQ(text.Delete(1, 2), 5);
+    EXPECT_EQ(text.Delete(0), 4);
+    EXPECT_EQ(text, lit<T>("bcde"));
+    EXPECT_EQ(text.Delete(2, INT_MAX), 2);
+    EXPECT_EQ(text, lit<T>("bc"));
+}
+
+TYPED_TEST(XStringEdit, ChangesCaseOrderAndEnds)
+{
+    using T = TypeParam;
+    CXTString<T> text = lit<T>("aB-cD");
+    EXPECT_EQ(text.MakeUpper(2), lit<T>("aB-CD"));
+    EXPECT_EQ(text.MakeLower(), lit<T>("ab-cd"));
+    EXPECT_EQ(text.MakeUpper(-4), lit<T>("AB-CD"));
+    EXPECT_EQ(text.MakeLower(5), lit<T>("AB-CD"));
+    EXPECT_EQ(text.MakeReverse(), lit<T>("DC-BA"));
+    EXPECT_EQ(CXTString<T>().MakeReverse(), lit<T>(""));
+
+    auto const padded = [] { return CXTString<T>(lit<T>("\t\r\n \v\fa b\f \v\n\r\t")); };
+    EXPECT_EQ(padded().Trim(), lit<T>("a b"));
+    EXPECT_EQ(padded().TrimLeft(), lit<T>("a b\f \v\n\r\t"));
+    EXPECT_EQ(padded().TrimRight(), lit<T>("\t\r\n \v\fa b"));
+    EXPECT_EQ(CXTString<T>(lit<T>("  ")).Trim(), lit<T>(""));
+    EXPECT_EQ(CXTString<T>(lit<T>("xxaxx")).Trim(T('x')), lit<T>("a"));
+    EXPECT_EQ(CXTString<T>(lit<T>("xxaxx")).TrimLeft(T('x')), lit<T>("axx"));
+    EXPECT_EQ(CXTString<T>(lit<T>("xxaxx")).TrimRight(T('x')), lit<T>("xxa"));
+    EXPECT_EQ(CXTString<T>(lit<T>("xyaxy")).Trim(lit<T>("yx").c_str()), lit<T>("a"));
+    EXPECT_EQ(CXTString<T>(lit<T>("xyaxy")).TrimLeft(lit<T>("yx").c_str()), lit<T>("axy"));
+    EXPECT_EQ(CXTString<T>(lit<T>("xyaxy")).TrimRight(lit<T>("yx").c_str()), lit<T>("xya"));
+    EXPECT_EQ(CXTString<T>(lit<T>(" x ")).Trim(static_cast<T const *>(nullptr)), lit<T>(" x "));
+}
+
+TEST(XStringEditWidths, TrimWhatIsSpaceInTheirWidth)
+{
+    EXPECT_EQ(CXTString<wchar_t>(L"\u00A0\u2003\u3000x\u0085\u2029").Trim(), L"x");
+    EXPECT_EQ(CXTString<wchar_t>(L"\u200Bx\uFEFF").Trim(), L"\u200Bx\uFEFF");
+    EXPECT_EQ(CXTString<char>("\xA0x\x85").Trim(), "\xA0x\x85"); // parts of UTF-8 characters
+}
+
+TYPED_TEST(XStringEdit, RefusesLengthsBeyondInt)
+{
+    using T = TypeParam;
+    CXTString<T> text = lit<T>("kept");
+    CXTCharArray<T> &characters = text;
+    auto const throws = [](auto const &action) {
+        try {
+            action();
+        } catch (CXMemoryException *exception) {
+            exception->Delete();
+            return true;
+        }
+        return false;
+    };
+    EXPECT_TRUE(throws([&] { characters.SetLength(INT_MAX + 1LL); }));
+    EXPECT_TRUE(throws([&] { characters.SetLength(LLONG_MAX); }));
+    EXPECT_TRUE(
+        throws([&] { text += std::basic_string_view<T>(text.begin(), std::size_t(INT_MAX)); }));
+    EXPECT_EQ(text, lit<T>("kept"));
+    EXPECT_EQ(text.GetCapacity(), 16);
+
+    CXTString<T> const long_text(T('a'), 50000);
+    text = long_text;
+    EXPECT_TRUE(throws([&] { text.Replace(lit<T>("a").c_str(), long_text); }));
+    EXPECT_EQ(text, long_text);
+}
