@@ -1,12 +1,27 @@
 // SPDX-License-Identifier: MIT
-// What printf and scanf directives have in common: counts, size prefixes and the rule that tells
-// narrow text from wide.
+// What printf and scanf have in common: their arguments, counts, size prefixes and the rule that
+// tells narrow text from wide.
 #pragma once
 
 #include <climits>
+#include <cstdarg>
 #include <type_traits>
 
 namespace kortools::platform {
+
+// The arguments still to be taken. A class, because a va_list may be an array.
+class Arguments {
+public:
+    explicit Arguments(std::va_list list) { va_copy(m_list, list); }
+    ~Arguments() { va_end(m_list); }
+    Arguments(Arguments const &) = delete;
+    Arguments &operator=(Arguments const &) = delete;
+
+    template <typename V> V take() { return va_arg(m_list, V); }
+
+private:
+    std::va_list m_list;
+};
 
 // The prefix before a directive's letter. `long` has 32 bits on Windows and 64 on Linux; j, z, t,
 // I, I64 and ll mean 64 bits on both.

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/locale_text.h"
 
+#include <cctype>
 #include <clocale>
 #include <cstring>
+#include <cwctype>
 
 namespace kortools::platform {
 
@@ -12,22 +14,23 @@ bool is_c_locale(int category)
     return !name || std::strcmp(name, "C") == 0 || std::strcmp(name, "POSIX") == 0;
 }
 
-NarrowReader::NarrowReader(char const *text)
+NarrowReader::NarrowReader(char const *text, char const *end)
     : m_text(text)
+    , m_end(end)
     , m_is_c_locale(is_c_locale(LC_CTYPE))
 {
 }
 
 int NarrowReader::next(wchar_t *result)
 {
-    if (!*m_text)
+    if (is_at_end())
         return 0;
     if (m_is_c_locale) {
         *result = static_cast<unsigned char>(*m_text++);
         return 1;
     }
     // One byte at a time, so that no byte behind the character is touched.
-    while (*m_text) {
+    while (!is_at_end()) {
         std::size_t const size = std::mbrtowc(result, m_text++, 1, &m_state);
         if (size == static_cast<std::size_t>(-1))
             return -1;
@@ -37,15 +40,16 @@ int NarrowReader::next(wchar_t *result)
     return -1;
 }
 
-WideReader::WideReader(wchar_t const *text)
+WideReader::WideReader(wchar_t const *text, wchar_t const *end)
     : m_text(text)
+    , m_end(end)
     , m_is_c_locale(is_c_locale(LC_CTYPE))
 {
 }
 
 int WideReader::next(char *result)
 {
-    if (!*m_text)
+    if (m_text == m_end || !*m_text)
         return 0;
     wchar_t const ch = *m_text++;
     if (m_is_c_locale) {
@@ -54,6 +58,19 @@ int WideReader::next(char *result)
     }
     std::size_t const size = std::wcrtomb(result, ch, &m_state);
     return size == static_cast<std::size_t>(-1) ? -1 : static_cast<int>(size);
+}
+
+bool is_space(char ch)
+{
+    return std::isspace(static_cast<unsigned char>(ch)) != 0;
+}
+
+bool is_space(wchar_t ch)
+{
+    auto const code = static_cast<std::wint_t>(ch);
+    if (code < 0x80)
+        return code == ' ' || (code >= '\t' && code <= '\r');
+    return !is_c_locale(LC_CTYPE) && std::iswspace(code) != 0;
 }
 
 int get_decimal_point(char (&point)[max_converted_length])

@@ -17,26 +17,28 @@ bool is_c_locale(int category);
 // The most characters that one character becomes in the other width.
 inline constexpr std::size_t max_converted_length = MB_LEN_MAX;
 
-// Reads terminated narrow text as wide characters. Never reads past what the result needs.
+// Reads narrow text, up to `end` (null: none) or its terminator, as wide characters. Never reads
+// past what the result needs.
 class NarrowReader {
 public:
-    using Result = wchar_t;
-    explicit NarrowReader(char const *text);
+    explicit NarrowReader(char const *text, char const *end = nullptr);
 
     // Stores the next character. Returns 1, 0 at the end of the text, -1 for malformed text.
     int next(wchar_t *result);
 
 private:
+    bool is_at_end() const { return m_text == m_end || !*m_text; }
+
     char const *m_text;
+    char const *m_end;
     bool m_is_c_locale;
     std::mbstate_t m_state {};
 };
 
-// Reads terminated wide text as bytes.
+// Reads wide text, up to `end` (null: none) or its terminator, as bytes.
 class WideReader {
 public:
-    using Result = char;
-    explicit WideReader(wchar_t const *text);
+    explicit WideReader(wchar_t const *text, wchar_t const *end = nullptr);
 
     // Stores the next character's bytes, at most max_converted_length. Returns their count, 0 at
     // the end of the text, -1 for a character that the locale cannot represent.
@@ -44,9 +46,14 @@ public:
 
 private:
     wchar_t const *m_text;
+    wchar_t const *m_end;
     bool m_is_c_locale;
     std::mbstate_t m_state {};
 };
+
+// White space of the locale; in the "C" locale blank, \t, \n, \v, \f and \r only.
+bool is_space(char ch);
+bool is_space(wchar_t ch);
 
 // The locale's decimal point; returns its length.
 int get_decimal_point(char (&point)[max_converted_length]);

@@ -9,6 +9,7 @@
 // ends inside it keeps the first half as a lone surrogate, as on Windows.
 #include "kortools/platform/text_format.h"
 
+#include "kortools/platform/directive.h"
 #include "kortools/platform/locale_text.h"
 #include "kortools/platform/number_text.h"
 
@@ -18,20 +19,6 @@
 
 namespace kortools::platform {
 namespace {
-
-// The arguments still to be taken. A class, because a va_list may be an array.
-class Arguments {
-public:
-    explicit Arguments(std::va_list list) { va_copy(m_list, list); }
-    ~Arguments() { va_end(m_list); }
-    Arguments(Arguments const &) = delete;
-    Arguments &operator=(Arguments const &) = delete;
-
-    template <typename V> V take() { return va_arg(m_list, V); }
-
-private:
-    std::va_list m_list;
-};
 
 // Writes to the target while there is room and counts on beyond it.
 template <typename T> class Output {
