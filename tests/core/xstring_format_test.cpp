@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+// Formatting, string tables, conversion between the widths, comparison by the locale.
+#include "kortools/core/xstring.h"
+#include "kortools/platform/code_pages.h"
+#include "kortools/text/string_table.h"
+#include "tests/core/xstring_support.h"
+
+#include <cstdarg>
+#include <gtest/gtest.h>
+
+namespace {
+
+template <class T> using Std = std::basic_string<T>;
+
+constexpr unsigned int gigabytes_format = 5230; // "%.2f Gb"
+
+template <class T> void format_v(CXTString<T> &text, T const *format, ...)
+{
+    std::va_list args;
+    va_start(args, format);
+    text.FormatV(format, args);
+    va_end(args);
+}
+
+// Makes a page the ANSI page for the time of a test.
+class AnsiPage {
+public:
+    explicit AnsiPage(unsigned int page)
+    {
+        EXPECT_TRUE(kortools::platform::set_ansi_code_page(page)) << page;
+    }
+    ~AnsiPage() { kortools::platform::set_ansi_code_page(0); }
+    AnsiPage(AnsiPage const &) = delete;
+    AnsiPage &operator=(AnsiPage const &) = delete;
+};
+
+template <class T> class XStringFormat : public testing::Test {
+};
+TYPED_TEST_SUITE(XStringFormat, BothWidths, WidthNames);
+
+} // namespace
+
+TYPED_TEST(XStringFormat, FormatsTextOfAnyLength)
+{
+    using T = TypeParam;
+    auto const format = lit<T>("<%s|%hs|%ls|%d>");
+    for (int const length : { 0, 1, 490, 500, 501, 502, 503, 504, 505, 2000, 70000 }) {
+        CXTString<T> const part(T('p'), length);
+        CXTString<T> text;
+        text.Format(format.c_str(), part.GetConstBuffer(), "narrow", L"wide", length);
+        Std<T> number;
+        for (char const digit : std::to_string(length))
+            number += static_cast<T>(digit);
+        Std<T> const expected
+            = lit<T>("<") + to_std(part) + lit<T>("|narrow|wide|") + number + lit<T>(">");
+        ASSERT_EQ(text, expected) << length;
+        text.AppendFormat(format.c_str(), part.GetConstBuffer(), "narrow", L"wide", length);
+        ASSERT_EQ(text, expected + expected) << length;
+
+        // The arguments, and the format, may be the string itself.
+        text = part;
+        text.Format(lit<T>("%s%s").c_str(), text.GetConstBuffer(), text.GetConstBuffer());
+        ASSERT_EQ(text, part + part) << length;
+        text.AppendFormat(lit<T>("%s").c_str(), text.GetConstBuffer());
+        ASSERT_EQ(text.GetLength(), 4 * length);
+        text += lit<T>("%d");
+        text.Format(text, length);
+        ASSERT_EQ(text.Mid(4 * length), number);
+    }
+}
+
+TYPED_TEST(XStringFormat, KeepsTheBlockWhenItIsLargeEnough)
+{
+    using T = TypeParam;
+    CXTString<T> text(T('x'), 1000);
+    T const *const block = text;
+    text.Format(lit<T>("%900d").c_str(), 1);
+    EXPECT_EQ(text.GetLength(), 900);
+    EXPECT_EQ(text.GetConstBuffer(), block);
+    CXTString<T> grown;
+    grown.Format(lit<T>("%900d").c_str(), 1);
+    EXPECT_EQ(grown.GetCapacity(), 1801);
+}
+
+TYPED_TEST(XStringFormat, EmptiesTheStringForABadFormatOnly)
+{
+    using T = TypeParam;
+    CXTString<T> text = lit<T>("kept");
+    text.Format(static_cast<T const *>(nullptr));
+    text.AppendFormat(static_cast<T const *>(nullptr));
+    format_v<T>(text, nullptr);
+    text.AppendFormat(lit<T>("%y").c_str(), 1);
+    EXPECT_EQ(text, lit<T>("kept"));
+    format_v(text, lit<T>("%02x").c_str(), 10);
+    EXPECT_EQ(text, lit<T>("0a"));
+    text.Format(lit<T>("%y").c_str(), 1);
+    EXPECT_EQ(text, lit<T>(""));
+}
+
+TYPED_TEST(XStringFormat, LoadsTextsByTheirNumber)
+{
+    using T = TypeParam;
+    kortools::text::set_thread_language(kortools::text::english);
+    CXTString<T> text = lit<T>("old");
+    EXPECT_TRUE(text.LoadString(gigabytes_format));
+    EXPECT_EQ(text, lit<T>("%.2f Gb"));
+    text.Format(gigabytes_format, 1.5);
+    EXPECT_EQ(text, lit<T>("1.50 Gb"));
+    text.AppendFormat(gigabytes_format, 0.25);
+    EXPECT_EQ(text, lit<T>("1.50 Gb0.25 Gb"));
+    EXPECT_FALSE(text.LoadStringW(0xFFFFFFFF));
+    EXPECT_TRUE(text.IsEmpty());
+    kortools::text::set_thread_language(0);
+    EXPECT_EQ(CXTString<T>::GetDefaultEncoding(), xEncodingDefault);
+}
+
+TEST(XStringConversion, GoesThroughTheAnsiCodePage)
+{
+    struct {
+        unsigned int page;
+        std::wstring wide;
+        std::string narrow;
+    } const cases[] = {
+        { 1252, L"\u00E9\u20ACx", "\xE9\x80x" },
+        { 932, L"\u3042x", "\x82\xA0x" },
+        { 65001, L"\u00E9\u20AC\U0001F600", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80" },
+    };
+    for (auto const &each : cases) {
+        AnsiPage const page(each.page);
+        // Around the length up to which the conversion goes through the stack.
+        for (int const padding : { 0, 5, 500, 509, 510, 511, 512, 3000 }) {
+            std::size_t const count = static_cast<std::size_t>(padding);
+            std::wstring const wide = std::wstring(count, L'-') + each.wide;
+            std::string const narrow = std::string(count, '-') + each.narrow;
+            EXPECT_EQ(CXTString<wchar_t>(narrow.c_str()), wide) << each.page << ' ' << padding;
+            EXPECT_EQ(CXTString<char>(wide.c_str()), narrow) << each.page << ' ' << padding;
+            auto const *const bytes = reinterpret_cast<unsigned char const *>(narrow.c_str());
+            CXTString<wchar_t> text = L"*";
+            text += narrow.c_str();
+            text += bytes;
+            EXPECT_EQ(text, L"*" + wide + wide) << each.page << ' ' << padding;
+            text = bytes;
+            EXPECT_EQ(text, wide);
+            EXPECT_EQ(text.GetCapacity() > text.GetLength(), true);
+            CXTString<char> bytes_text = "*";
+            bytes_text += wide.c_str();
+            EXPECT_EQ(bytes_text, "*" + narrow);
+            bytes_text = bytes;
+            EXPECT_EQ(bytes_text, narrow);
+        }
+    }
+}
+
+TYPED_TEST(XStringFormat, ComparesWithoutCase)
+{
+    using T = TypeParam;
+    CXTString<T> const text = lit<T>("abC");
+    EXPECT_EQ(text.CompareNoCase(lit<T>("ABc").c_str()), 0);
+    EXPECT_LT(text.CompareNoCase(lit<T>("aBd").c_str()), 0);
+    EXPECT_GT(text.CompareNoCase(lit<T>("AB").c_str()), 0);
+    EXPECT_EQ(text.Collate(lit<T>("abC").c_str()), 0);
+    EXPECT_LT(text.Collate(lit<T>("abd").c_str()), 0);
+    EXPECT_EQ(text.CollateNoCase(lit<T>("ABc").c_str()), 0);
+    EXPECT_GT(text.CollateNoCase(lit<T>("abb").c_str()), 0);
+    CXTString<T> const empty;
+    T const *const null = nullptr;
+    EXPECT_EQ(text.CompareNoCase(null), 1);
+    EXPECT_EQ(text.Collate(null), 1);
+    EXPECT_EQ(text.CollateNoCase(null), 1);
+    EXPECT_EQ(empty.CompareNoCase(null), 0);
+    EXPECT_EQ(empty.Collate(null), 0);
+    EXPECT_EQ(empty.CollateNoCase(null), 0);
+}
