@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/archive/exception.h"
 
+#include "kortools/archive/cause_text.h"
 #include "kortools/archive/pending_exceptions.h"
 #include "kortools/platform/message_box.h"
 
@@ -49,6 +50,15 @@ CXArchiveException::CXArchiveException(ArchiveExceptionType cause,
     , m_cause(cause)
     , m_fileName(fileName)
 {
+}
+
+CXTString<wchar_t> CXArchiveException::GetErrorMessage() const
+{
+    using namespace kortools::archive;
+    if (m_cause == none)
+        return m_message;
+    int const known = m_cause > none && m_cause <= bufferFull ? m_cause : genericException;
+    return get_cause_text(first_archive_text, known, m_fileName);
 }
 
 void CXArchiveException::Throw(ArchiveExceptionType cause, CXTString<wchar_t> const &fileName)

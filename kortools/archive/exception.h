@@ -78,6 +78,9 @@ public:
     FileExceptionType GetCause() const { return m_cause; }
     CXTString<wchar_t> const &GetFileName() const { return m_fileName; }
 
+    // The text of the cause with the file's name in it; the stored message when there is no cause.
+    CXTString<wchar_t> GetErrorMessage() const override;
+
     // The cause of an error number of the C runtime (Windows numbering: 36 is the deadlock, which
     // is a generic error and not a sharing violation).
     static FileExceptionType ErrnoToException(int errorNumber);
@@ -124,6 +127,7 @@ public:
 
     ArchiveExceptionType GetCause() const { return m_cause; }
     CXTString<wchar_t> const &GetFileName() const { return m_fileName; }
+    CXTString<wchar_t> GetErrorMessage() const override; // as CXFileException's
 
     // Registers and throws a new exception.
     [[noreturn]] static void Throw(

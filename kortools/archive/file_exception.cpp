@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "kortools/archive/cause_text.h"
 #include "kortools/archive/exception.h"
 #include "kortools/platform/os_error.h"
 
@@ -54,6 +55,15 @@ CXFileException::CXFileException(
     , m_cause(cause)
     , m_fileName(fileName)
 {
+}
+
+CXTString<wchar_t> CXFileException::GetErrorMessage() const
+{
+    using namespace kortools::archive;
+    if (m_cause == none)
+        return m_message;
+    int const known = m_cause > none && m_cause <= endOfFile ? m_cause : genericException;
+    return get_cause_text(first_file_text, known, m_fileName);
 }
 
 CXFileException::FileExceptionType CXFileException::ErrnoToException(int errorNumber)

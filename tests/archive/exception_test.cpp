@@ -2,13 +2,16 @@
 #include "kortools/archive/exception.h"
 
 #include "kortools/core/throw.h"
+#include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
+#include "kortools/text/string_table.h"
 
 #include <atomic>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
 #include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -146,6 +149,41 @@ TEST(Exception, TemplatesThrowRegisteredExceptions)
     EXPECT_EQ(pending->GetCause(), 5);
     EXPECT_EQ(pending->GetFileName(), L"a.kor");
     XDeleteThreadException();
+}
+
+TEST(Exception, MessagesNameTheFileOnceAndTheUnnamedOneInWords)
+{
+    kortools::text::set_thread_language(kortools::text::english);
+    using File = CXFileException;
+    using Archive = CXArchiveException;
+    EXPECT_EQ(File(File::fileNotFound, L"a%1b.kor").GetErrorMessage(), L"a%1b.kor was not found.");
+    EXPECT_EQ(File(File::fileNotFound).GetErrorMessage(), L"an unnamed file was not found.");
+    EXPECT_EQ(File(File::none, L"a.kor", L"own text").GetErrorMessage(), L"own text");
+    EXPECT_EQ(Archive(Archive::badClass, L"a.kor").GetErrorMessage(),
+        L"a.kor contains an unexpected object.");
+    EXPECT_EQ(Archive(Archive::none, L"a.kor", L"own text").GetErrorMessage(), L"own text");
+    // A cause that is none of the list must not fetch the text of something else.
+    EXPECT_EQ(File(static_cast<File::FileExceptionType>(15), L"a.kor").GetErrorMessage(),
+        File(File::genericException, L"a.kor").GetErrorMessage());
+    kortools::text::set_thread_language(0);
+}
+
+TEST(Exception, ReportsItsMessageInABoxUnlessItIsEmpty)
+{
+    static std::wstring s_shown;
+    auto *const before
+        = kortools::platform::set_message_box_handler([](wchar_t const *text, unsigned int flags) {
+              s_shown += std::to_wstring(flags) + text;
+              return 1;
+          });
+    EXPECT_TRUE(CXUserException(L"told").ReportError(0x10));
+    EXPECT_EQ(s_shown, L"16told");
+    EXPECT_FALSE(CXUserException().ReportError());
+    EXPECT_EQ(s_shown, L"16told");
+    CXFileException file(CXFileException::diskFull, L"a.kor");
+    EXPECT_TRUE(file.ReportError()); // the text of its cause
+    EXPECT_EQ(s_shown.substr(6), L"0" + std::wstring(file.GetErrorMessage().GetView()));
+    kortools::platform::set_message_box_handler(before);
 }
 
 TEST(FileException, OsErrorsGiveTheirCause)
