@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/archive/file.h"
+
+#include "kortools/platform/os_error.h"
+#include "tests/archive/file_checks.h"
+#include "tests/support/oracle.h"
+#include "tests/support/temp_folder.h"
+
+#include <climits>
+#include <fstream>
+#include <memory>
+
+using kor_test::cause_of;
+using kortools::platform::get_last_os_error;
+using kortools::platform::set_last_os_error;
+
+namespace {
+
+constexpr unsigned int create = CXFile::modeReadWrite | CXFile::modeCreate;
+
+void write_text(std::filesystem::path const &path, std::string const &text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string read_text(std::filesystem::path const &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+// The cause of the failure, 0 when the file opens; checks what else Open() promises.
+int open_cause(wchar_t const *path, unsigned int flags)
+{
+    CXFile file(true);
+    CXFileException error;
+    if (file.Open(path, flags, &error)) {
+        EXPECT_TRUE(file.IsOpen());
+        EXPECT_STREQ(file.GetFilePath(), path);
+        EXPECT_EQ(error.GetCause(), 0);
+        return 0;
+    }
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_STREQ(error.GetFileName(), path ? path : L"");
+    EXPECT_EQ(XGetThreadException(), nullptr);
+    EXPECT_FALSE(CXFile(path, flags, false).IsOpen());
+    EXPECT_EQ(cause_of<CXFileException>([&] { CXFile thrower(path, flags); }), error.GetCause());
+    EXPECT_FALSE(file.Open(path, flags));
+    return error.GetCause();
+}
+
+class File : public testing::Test {
+protected:
+    std::wstring GetPath(wchar_t const *name = L"file") const { return m_folder.GetFile(name); }
+
+    TempFolder m_folder;
+};
+
+} // namespace
+
+TEST_F(File, BehavesLikeTheModel)
+{
+    for (unsigned int const seed : { 1U, 2U, 3U }) {
+        CXFile file(GetPath().c_str(), create);
+        kor_test::FileBattery(file, seed).Run(500);
+    }
+}
+
+TEST_F(File, OpensByItsFlags)
+{
+    struct Case {
+        unsigned int flags;
+        int cause;        // of opening a missing file
+        char const *text; // afterwards, of a file that held "text"
+    };
+    Case const cases[]
+        = { { 0, 2, "text" }, { 0x2000, 2, "text" }, { 0x1000, 0, "" }, { 0x3000, 0, "text" } };
+    for (Case const &each : cases) {
+        for (unsigned int mode = 0; mode < 4; ++mode) {
+            SCOPED_TRACE(each.flags | mode);
+            auto const path = GetPath((L"file" + std::to_wstring(each.flags | mode)).c_str());
+            EXPECT_EQ(open_cause(path.c_str(), each.flags | mode), each.cause);
+            write_text(path, "text");
+            ASSERT_EQ(open_cause(path.c_str(), each.flags | mode), 0);
+            EXPECT_EQ(read_text(path), each.text);
+
+            CXFile file(path.c_str(), CXFile::modeNoTruncate | mode);
+            char byte = 'x';
+            if (mode == 1)
+                EXPECT_EQ(cause_of<CXFileException>([&] { file.Read(&byte, 1); }), 5);
+            else
+                EXPECT_EQ(file.Read(&byte, 1), each.text[0] != 0);
+            if (mode == 1 || mode == 2)
+                file.Write(&byte, 1);
+            else
+                EXPECT_EQ(cause_of<CXFileException>([&] { file.Write(&byte, 1); }), 5);
+        }
+    }
+}
+
+TEST_F(File, SharesByItsFlags)
+{
+    write_text(GetPath(), "text");
+    for (unsigned int share = 0; share <= 0x70; share += 0x10) {
+        SCOPED_TRACE(share);
+        bool const reads = share == CXFile::shareDenyWrite || share == CXFile::shareDenyNone;
+        bool const writes = share == CXFile::shareDenyRead || share == CXFile::shareDenyNone;
+        CXFile file(GetPath().c_str(), CXFile::modeReadWrite | share);
+        auto const path = GetPath();
+        EXPECT_EQ(open_cause(path.c_str(), CXFile::modeRead | 0x40), reads ? 0 : 11);
+        EXPECT_EQ(open_cause(path.c_str(), CXFile::modeWrite | 0x40), writes ? 0 : 11);
+        EXPECT_EQ(open_cause(path.c_str(), 3 | 0x40), reads ? 0 : 11);
+        EXPECT_EQ(open_cause(path.c_str(), CXFile::modeWrite | 0x1000), 11);
+        file.Close();
+        EXPECT_EQ(read_text(path), "text");
+    }
+}
+
+TEST_F(File, RefusesPathsThatNameNoFile)
+{
+    set_last_os_error(1234);
+    CXFile file;
+    for (std::wstring const &path : { std::wstring(), std::wstring(260, L'a'),
+             kor_test::to_wide(std::u16string(258, u'a') + u"\xD83D\xDE42") }) {
+        EXPECT_EQ(open_cause(path.c_str(), create), 3);
+    }
+    EXPECT_EQ(open_cause(nullptr, 0), 3);
+    EXPECT_EQ(get_last_os_error(), 1234U) << "the system was asked";
+
+    std::wstring longest = GetPath(L"");
+    while (longest.size() < 257)
+        longest += L"./";
+    longest.resize(259, L'x');
+    EXPECT_EQ(open_cause(longest.c_str(), 0), 2);
+    EXPECT_EQ(open_cause((GetPath(L"missing") + L"/file").c_str(), create), 3);
+    EXPECT_EQ(open_cause(m_folder.GetPath().wstring().c_str(), 0), 5);
+}
+
+TEST_F(File, ReopeningClosesFirstEvenWhenItFails)
+{
+    CXFile file(GetPath(L"one").c_str(), create);
+    ASSERT_TRUE(file.Open(GetPath(L"two").c_str(), create));
+    EXPECT_EQ(open_cause(GetPath(L"one").c_str(), 0), 0);
+    EXPECT_EQ(open_cause(GetPath(L"two").c_str(), 0), 11);
+    EXPECT_FALSE(file.Open(L"", create));
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(open_cause(GetPath(L"two").c_str(), 0), 0);
+    for (bool const abort : { false, true }) {
+        ASSERT_TRUE(file.Open(GetPath().c_str(), create));
+        abort ? file.Abort() : file.Close();
+        EXPECT_FALSE(file.IsOpen());
+        EXPECT_EQ(open_cause(GetPath().c_str(), 0), 0);
+        file.Close();
+        file.Abort();
+    }
+}
+
+TEST_F(File, LeavesHandlesOpenThatItDidNotOpen)
+{
+    CXFile owner(GetPath().c_str(), create);
+    owner.Write("0123456789", 10);
+    {
+        CXFile user(owner.GetHandle(), true);
+        EXPECT_EQ(user.GetPosition(), 10U);
+        user.Close();
+        EXPECT_FALSE(user.IsOpen());
+        CXFile other(owner.GetHandle(), true);
+        other.Seek(3, CXFile::begin);
+    }
+    char digit = 0;
+    EXPECT_EQ(owner.Read(&digit, 1), 1U);
+    EXPECT_EQ(digit, '3');
+    owner.Flush();
+
+    std::string const path = (m_folder.GetPath() / "stream").string();
+    std::unique_ptr<std::FILE, int (*)(std::FILE *)> const stream(
+        std::fopen(path.c_str(), "w+b"), std::fclose);
+    std::fputs("text", stream.get());
+    {
+        CXFile user(stream.get(), true);
+        EXPECT_EQ(user.GetLength(), 4U);
+        user.Write("!", 1);
+    }
+    EXPECT_NE(std::fputc('?', stream.get()), EOF);
+    EXPECT_EQ(std::fflush(stream.get()), 0);
+    EXPECT_EQ(read_text(path), "text!?");
+}
+
+TEST_F(File, FailsWithTheLastSystemErrorOrQuietly)
+{
+    using Operation = void (*)(CXFile &);
+    static char s_byte = 'x';
+    Operation const operations[] = {
+        [](CXFile &file) { EXPECT_EQ(file.Read(&s_byte, 1), 0U); },
+        [](CXFile &file) { file.Write(&s_byte, 1); },
+        [](CXFile &file) { EXPECT_EQ(file.Seek(0, CXFile::end), 0U); },
+        [](CXFile &file) { file.SetLength(1); },
+        [](CXFile &file) { EXPECT_EQ(file.GetLength(), 0U); },
+        [](CXFile &file) { EXPECT_EQ(file.GetPosition(), 0U); },
+        [](CXFile &file) { file.Flush(); },
+    };
+    CXFile loud(true);
+    loud.SetFilePath(L"C:\\some\\name");
+    CXFile quiet(false);
+    for (Operation const operation : operations) {
+        set_last_os_error(0);
+        EXPECT_EQ(cause_of<CXFileException>([&] { operation(loud); }), 1);
+        set_last_os_error(33);
+        try {
+            operation(loud);
+            ADD_FAILURE();
+        } catch (CXFileException *exception) {
+            EXPECT_EQ(exception->GetCause(), CXFileException::lockViolation);
+            EXPECT_STREQ(exception->GetFileName(), L"C:\\some\\name");
+            exception->Delete();
+        }
+        operation(quiet);
+    }
+    EXPECT_EQ(loud.Read(nullptr, 0), 0U);
+    loud.Write(nullptr, 0);
+}
+
+TEST_F(File, RejectsBadBuffersPositionsAndLengths)
+{
+    for (bool const throws : { true, false }) {
+        CXFile file(GetPath().c_str(), create, throws);
+        file.Write("text", 4);
+        auto const expect_cause = [&](int cause, auto const &operation) {
+            set_last_os_error(0);
+            if (throws)
+                EXPECT_EQ(cause_of<CXFileException>(operation), cause);
+            else
+                operation();
+            EXPECT_EQ(file.GetLength(), 4U);
+            EXPECT_EQ(file.GetPosition(), 4U);
+        };
+        expect_cause(1, [&] { EXPECT_EQ(file.Read(nullptr, 1), 0U); });
+        expect_cause(1, [&] { file.Write(nullptr, 1); });
+        expect_cause(9, [&] { EXPECT_EQ(file.Seek(-5, CXFile::end), 4U); });
+        expect_cause(9, [&] { EXPECT_EQ(file.Seek(LLONG_MIN, CXFile::current), 4U); });
+        expect_cause(9, [&] { file.SetLength(1ULL << 63); });
+    }
+}
+
+TEST_F(File, GoesBeyondFourGigabytes)
+{
+    CXFile file(GetPath().c_str(), create);
+    constexpr unsigned long long far = 6'000'000'007;
+    file.SetLength(far);
+    EXPECT_EQ(file.Seek(-2, CXFile::end), far - 2);
+    file.Write("1234", 4);
+    EXPECT_EQ(file.GetLength(), far + 2);
+    EXPECT_EQ(file.Seek(-5, CXFile::current), far - 3);
+    char bytes[8] = {};
+    EXPECT_EQ(file.Read(bytes, sizeof(bytes)), 5U);
+    EXPECT_EQ(std::string(bytes, 5),
+        std::string("\0"
+                    "1234",
+            5));
+}
+
+TEST_F(File, NamesItsLastComponent)
+{
+    CXFile file;
+    EXPECT_TRUE(file.GetFilePath().IsEmpty());
+    EXPECT_TRUE(file.GetFileName().IsEmpty());
+    wchar_t const *const cases[][2]
+        = { { L"C:\\a\\b.txt", L"b.txt" }, { L"/a/b", L"b" }, { L"b.txt", L"b.txt" },
+              { L"C:b", L"b" }, { L"a\\b:c", L"b:c" }, { L"C:\\a\\", L"" }, { nullptr, L"" } };
+    for (auto const &[path, name] : cases) {
+        file.SetFilePath(path);
+        EXPECT_STREQ(file.GetFileName(), name);
+        EXPECT_STREQ(file.GetFilePath(), path ? path : L"");
+    }
+}
+
+TEST_F(File, HasNoMemoryToOffer)
+{
+    CXFile file(GetPath().c_str(), create);
+    void *start = &file;
+    void *end = &file;
+    for (auto const command :
+        { CXFile::bufferRead, CXFile::bufferWrite, CXFile::bufferCommit, CXFile::bufferCheck })
+        EXPECT_EQ(file.BufferCommand(command, 1, &start, &end), 0U);
+    EXPECT_TRUE(start == &file && end == &file);
+}
