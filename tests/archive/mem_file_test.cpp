@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/archive/mem_file.h"
+
+#include "tests/archive/file_checks.h"
+
+#include <climits>
+#include <cstring>
+#include <memory>
+#include <string>
+
+using kor_test::cause_of;
+
+namespace {
+
+constexpr unsigned long long too_much = 1ULL << 60; // more memory than any system has
+
+std::string get_contents(CXMemFile const &file)
+{
+    return { reinterpret_cast<char const *>(file.GetBuffer()), file.GetLength() };
+}
+
+// A file whose block may have 16 bytes.
+class CSmallFile : public CXMemFile {
+public:
+    using CXMemFile::CXMemFile;
+    bool GrowBuffer(unsigned long long newSize) override
+    {
+        return newSize <= 16 && CXMemFile::GrowBuffer(newSize);
+    }
+};
+
+} // namespace
+
+TEST(MemFile, BehavesLikeTheModel)
+{
+    for (unsigned int const step : { 0U, 1U, 7U, 4096U }) {
+        CXMemFile file(step);
+        kor_test::FileBattery(file, step).Run(2000);
+        std::vector<unsigned char> block(100, 0xAA);
+        CXMemFile attached;
+        attached.Attach(block.data(), block.size(), step);
+        attached.SetLength(0);
+        kor_test::FileBattery(attached, step).Run(2000);
+    }
+}
+
+TEST(MemFile, GrowsByEqualSteps)
+{
+    std::vector<unsigned char> const bytes(5000);
+    CXMemFile file(0);
+    EXPECT_EQ(file.GetBuffer(), nullptr);
+    file.Write(bytes.data(), 1);
+    EXPECT_EQ(file.GetBufferSize(), 2048U);
+    file.Write(bytes.data(), 5000);
+    EXPECT_EQ(file.GetBufferSize(), 6144U);
+    file.SetLength(6144);
+    EXPECT_EQ(file.GetBufferSize(), 6144U);
+    file.SetLength(10);
+    EXPECT_TRUE(file.GrowBuffer(6145));
+    EXPECT_EQ(file.GetBufferSize(), 8192U);
+    EXPECT_EQ(file.GetLength(), 10U);
+
+    CXMemFile by_hundred(100);
+    by_hundred.Write(bytes.data(), 250);
+    EXPECT_EQ(by_hundred.GetBufferSize(), 300U);
+    CXMemFile by_one(1);
+    by_one.SetLength(1'000'003); // at once, whatever the number of steps
+    EXPECT_EQ(by_one.GetBufferSize(), 1'000'003U);
+    CXMemFile attached(bytes.data(), 30);
+    attached.SetLength(31);
+    EXPECT_EQ(attached.GetBufferSize(), 2078U);
+}
+
+TEST(MemFile, UsesACallersBlockButNeverMovesOrFreesIt)
+{
+    unsigned char block[] = { 'a', 'b', 'c', 'd' };
+    {
+        CXMemFile file(block, sizeof(block));
+        EXPECT_EQ(file.GetLength(), 4U);
+        EXPECT_EQ(file.GetBuffer(), block);
+        file.Write("xyz", 3);
+        EXPECT_EQ(std::memcmp(block, "xyzd", 4), 0);
+        file.SetLength(3);
+        file.Seek(0, CXFile::end);
+        file.Write("12345", 5);
+        EXPECT_NE(file.GetBuffer(), block);
+        EXPECT_EQ(get_contents(file), "xyz12345");
+        EXPECT_EQ(std::memcmp(block, "xyzd", 4), 0);
+        file.Attach(block, 2);
+        EXPECT_EQ(get_contents(file), "xy");
+        EXPECT_EQ(file.GetPosition(), 0U);
+        EXPECT_EQ(file.Detach(), block);
+        file.Attach(block, 4);
+        file.Close();
+        EXPECT_EQ(file.GetLength(), 0U);
+        EXPECT_EQ(file.GetBuffer(), nullptr);
+    }
+    EXPECT_EQ(std::memcmp(block, "xyzd", 4), 0);
+}
+
+// Blocks that leak or are freed twice are found by the sanitizers.
+TEST(MemFile, OwnsBlocksThatAreHandedToIt)
+{
+    auto const make_block = [](char const *text) {
+        std::size_t const size = std::strlen(text);
+        return static_cast<unsigned char *>(CXMemFile::Memcpy(CXMemFile::Alloc(size), text, size));
+    };
+    CXMemFile file(make_block("first"), 5, true);
+    file.Attach(make_block("second"), 6, 3, true);
+    file.Seek(0, CXFile::end);
+    file.Write("!", 1);
+    EXPECT_EQ(file.GetBufferSize(), 9U);
+    EXPECT_EQ(get_contents(file), "second!");
+    file.Attach(file.GetBuffer(), 3, 0, true); // the same block
+    EXPECT_EQ(get_contents(file), "sec");
+    file.Abort();
+    file.Write("again", 5);
+    EXPECT_EQ(get_contents(file), "again");
+    unsigned char *const block = file.Detach();
+    EXPECT_EQ(std::memcmp(block, "again", 5), 0);
+    CXMemFile::Free(block);
+    EXPECT_EQ(file.Detach(), nullptr);
+}
+
+TEST(MemFile, DetachTurnsExceptionsOnAndRestoresTheStep)
+{
+    CXMemFile file(7, false);
+    file.Write("text", 4);
+    file.Write(nullptr, 1);
+    CXMemFile::Free(file.Detach());
+    EXPECT_EQ(file.GetLength() + file.GetPosition() + file.GetBufferSize(), 0U);
+    EXPECT_EQ(cause_of<CXInvalidArgException>([&] { file.Write(nullptr, 1); }), 0);
+    file.Write("x", 1);
+    EXPECT_EQ(file.GetBufferSize(), 2048U);
+}
+
+TEST(MemFile, FailuresLeaveItUnchangedAndThrowOnlyWhenAsked)
+{
+    for (bool const throws : { true, false }) {
+        CXMemFile file(16, throws);
+        file.Write("text", 4);
+        void *start = nullptr;
+        void *end = nullptr;
+        auto const expect_failure = [&]<class Exception>(Exception *, auto const &operation) {
+            unsigned long long const position = file.GetPosition();
+            if (throws)
+                EXPECT_EQ(cause_of<Exception>(operation), 0);
+            else
+                operation();
+            EXPECT_EQ(file.GetPosition(), position);
+            EXPECT_EQ(get_contents(file), "text");
+            EXPECT_EQ(file.GetBufferSize(), 16U);
+        };
+        constexpr CXInvalidArgException *bad = nullptr;
+        constexpr CXMemoryException *full = nullptr;
+        char byte = 'x';
+        expect_failure(bad, [&] { file.Write(nullptr, 1); });
+        expect_failure(bad, [&] { EXPECT_EQ(file.Seek(-5, CXFile::current), 4U); });
+        expect_failure(bad, [&] { EXPECT_EQ(file.Seek(LLONG_MIN, CXFile::end), 4U); });
+        expect_failure(bad, [&] { file.Attach(nullptr, 1); });
+        expect_failure(bad, [&] { file.BufferCommand(CXFile::bufferRead, 1); });
+        expect_failure(bad, [&] { file.BufferCommand(CXFile::bufferCommit, 13); });
+        for (unsigned long long const size : { too_much, 1ULL << 63, ULLONG_MAX }) {
+            expect_failure(full, [&] { file.SetLength(size); });
+            expect_failure(full, [&] { EXPECT_FALSE(file.GrowBuffer(size)); });
+        }
+        expect_failure(full, [&] {
+            EXPECT_EQ(file.BufferCommand(CXFile::bufferWrite, too_much, &start, &end), 0U);
+        });
+        file.Seek(LLONG_MAX, CXFile::begin);
+        expect_failure(full, [&] { file.Write(&byte, 1); });
+        file.Seek(LLONG_MAX, CXFile::current); // two below the largest position
+        expect_failure(full, [&] { file.Write("x", 1); });
+        expect_failure(bad, [&] { file.Write("1234", 4); });
+        expect_failure(bad, [&] { file.Seek(2, CXFile::current); });
+        expect_failure(bad, [&] { file.BufferCommand(CXFile::bufferWrite, 2, &start, &end); });
+        EXPECT_EQ(file.Read(&byte, 1), 0U);
+        EXPECT_EQ(file.Read(nullptr, 1), 0U);
+        file.Seek(0, CXFile::begin);
+        expect_failure(bad, [&] { EXPECT_EQ(file.Read(nullptr, 1), 0U); });
+
+        CXFileException error;
+        EXPECT_FALSE(file.Open(L"name", CXFile::modeCreate, &error));
+        EXPECT_EQ(error.GetCause(), CXFileException::genericException);
+        EXPECT_EQ(get_contents(file), "text");
+    }
+}
+
+TEST(MemFile, AnOverrideMayRefuseToGrow)
+{
+    CSmallFile file(1);
+    file.Write("0123456789", 10);
+    file.Write("0123456789", 10);
+    file.SetLength(17);
+    void *start = nullptr;
+    void *end = nullptr;
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferWrite, 7, &start, &end), 0U);
+    EXPECT_EQ(start, nullptr);
+    EXPECT_EQ(get_contents(file), "0123456789");
+    EXPECT_EQ(file.GetPosition(), 10U);
+}
+
+TEST(MemFile, WritesPartsOfItself)
+{
+    CXMemFile file(8);
+    file.Write("01234567", 8);
+    file.Write(file.GetBuffer(), 8); // the block moves
+    EXPECT_EQ(get_contents(file), "0123456701234567");
+    file.Seek(2, CXFile::begin);
+    file.Write(file.GetBuffer(), 8); // source and target overlap
+    EXPECT_EQ(get_contents(file), "0101234567234567");
+}
+
+TEST(MemFile, GivesWindowsOnItsBlock)
+{
+    CXMemFile file(16);
+    void *start = &file;
+    void *end = &file;
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferCheck), 1U);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferRead, 5, &start, &end), 0U);
+    EXPECT_EQ(start, end);
+
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferWrite, 10, &start, &end), 1U);
+    EXPECT_EQ(start, file.GetBuffer());
+    EXPECT_EQ(static_cast<char *>(end) - static_cast<char *>(start), 16) << "all that is free";
+    std::memcpy(start, "0123456789abcdef", 16);
+    EXPECT_EQ(file.GetLength() + file.GetPosition(), 0U);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferCommit, 6), 1U);
+    EXPECT_EQ(get_contents(file), "012345");
+    EXPECT_EQ(file.GetPosition(), 6U);
+
+    file.Seek(8, CXFile::begin); // leaves a gap over old bytes
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferCommit, 0), 1U);
+    EXPECT_EQ(file.GetLength(), 6U);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferWrite, 0, &start, &end), 1U);
+    EXPECT_EQ(start, file.GetBuffer() + 8);
+    EXPECT_EQ(end, file.GetBuffer() + 16);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferCommit, 2), 1U);
+    EXPECT_EQ(get_contents(file),
+        std::string("012345\0\0"
+                    "89",
+            10));
+
+    file.Seek(1, CXFile::begin);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferRead, 3, &start, &end), 3U);
+    EXPECT_EQ(start, file.GetBuffer() + 1);
+    EXPECT_EQ(end, file.GetBuffer() + 4);
+    EXPECT_EQ(file.GetPosition(), 4U);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferRead, ULLONG_MAX, &start, &end), 6U);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferRead, ULLONG_MAX, &start, &end), 0U);
+    file.Seek(100, CXFile::begin);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferRead, 1, &start, &end), 0U);
+    EXPECT_EQ(file.GetPosition(), 100U);
+    EXPECT_EQ(file.BufferCommand(CXFile::bufferWrite, 1, &start, &end), 1U);
+    EXPECT_EQ(file.GetBufferSize(), 112U);
+}
+
+TEST(MemFile, IsCreatedByNameButNotSerialized)
+{
+    CXRuntimeClass const *const record = CXRuntimeClass::FindRuntimeClass("CXMemFile");
+    ASSERT_NE(record, nullptr);
+    EXPECT_FALSE(record->IsSerializable());
+    std::unique_ptr<CXObject> const object(record->CreateObject());
+    ASSERT_NE(object, nullptr);
+    EXPECT_TRUE(object->IsKindOf(CXFile::GetThisRuntimeClassDescriptor()));
+    EXPECT_TRUE(object->IsKindOf(CXObject::GetThisRuntimeClassDescriptor()));
+}
