@@ -14,6 +14,7 @@
 #include "kortools/platform/number_text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <string_view>
 
@@ -268,9 +269,31 @@ private:
     bool put_integer(
         FormatDirective const &directive, unsigned long long magnitude, bool negative = false)
     {
-        NumberBuffer buffer;
-        put_number(directive, make_integer_text(directive, magnitude, negative, buffer));
+        if (is_plain_decimal(directive)) {
+            put_decimal(magnitude, negative);
+        } else {
+            NumberBuffer buffer;
+            put_number(directive, make_integer_text(directive, magnitude, negative, buffer));
+        }
         return true;
+    }
+
+    static bool is_plain_decimal(FormatDirective const &directive)
+    {
+        bool const is_decimal
+            = directive.type == 'd' || directive.type == 'u' || directive.type == 'i';
+        return is_decimal && directive.width == 0 && directive.precision < 0 && !directive.plus
+            && !directive.space;
+    }
+
+    // The commonest directives, without the parts that they do not have.
+    void put_decimal(unsigned long long magnitude, bool negative)
+    {
+        char digits[24];
+        char *const end = std::to_chars(digits, digits + sizeof digits, magnitude).ptr;
+        if (negative)
+            m_output.put('-');
+        m_output.put(digits, static_cast<std::size_t>(end - digits));
     }
 
     void put_number(FormatDirective const &directive, NumberText const &text)
