@@ -86,8 +86,8 @@ public:
     // Flushes and detaches the file, even when flushing throws. Nothing on a closed archive.
     void Close();
 
-    // Detaches the file, dropping what is buffered, and frees the archive's own buffer. Does not
-    // throw.
+    // Detaches the file, dropping what is buffered (a memory file keeps its length, but bytes that
+    // were overwritten in place have changed), and frees the archive's own buffer. Does not throw.
     void Abort() noexcept;
 
     bool IsLoading() const { return (m_mode & load) != 0; }
@@ -295,7 +295,6 @@ private:
     unsigned char *m_readEnd = nullptr;  // m_end when loading, else null
     unsigned char *m_writeEnd = nullptr; // m_end when storing, else null
     unsigned char *m_buffer = nullptr;   // the caller's or the archive's own; null when direct
-    unsigned long long m_stored = 0;     // bytes that left the window, to size direct windows
     void const *m_stackLimit = nullptr;  // objects nest while the stack stays above it
     unsigned int m_depth = 0;            // objects being written or read inside each other
     int m_exceptionsBefore;              // in flight when the archive was made

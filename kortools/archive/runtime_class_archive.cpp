@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// The class record of the archive format.
+#include "kortools/archive/archive.h"
+#include "kortools/archive/runtime_class.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+void CXRuntimeClass::Save(CXArchive &archive) const
+{
+    std::size_t const length = std::min<std::size_t>(std::strlen(m_className), 0xFFFF);
+    archive << static_cast<unsigned short>(GetSchema()) << static_cast<unsigned short>(length);
+    archive.Write(m_className, length);
+}
+
+CXRuntimeClass const *CXRuntimeClass::Load(CXArchive &archive, unsigned int &schema)
+{
+    unsigned short stored_schema;
+    unsigned short length;
+    archive >> stored_schema >> length;
+    schema = stored_schema;
+    std::string name(length, '\0');
+    archive.EnsureRead(name.data(), length);
+    if (name.find('\0') != std::string::npos)
+        return nullptr; // would be found under the part before the zero
+    return FindRuntimeClass(name.c_str());
+}

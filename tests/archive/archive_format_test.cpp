@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+// The bytes of values, counts and strings, against an encoder that is independent of the library.
+#include "tests/archive/archive_encoder.h"
+#include "tests/archive/archive_support.h"
+#include "tests/support/oracle.h"
+
+#include "kortools/platform/code_pages.h"
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <ostream>
+
+using kor_test::ArchiveEncoder;
+using kor_test::load_bytes;
+using kor_test::store_bytes;
+using kor_test::to_units;
+using kor_test::to_wide;
+
+namespace {
+
+class AnsiPage {
+public:
+    explicit AnsiPage(unsigned int page) { kortools::platform::set_ansi_code_page(page); }
+    ~AnsiPage() { kortools::platform::set_ansi_code_page(0); }
+};
+
+CXTString<wchar_t> wide_string(std::u16string_view units)
+{
+    std::wstring const text = to_wide(units);
+    return CXTString<wchar_t>(text.data(), static_cast<int>(text.size()));
+}
+
+std::u16string units_of(CXTString<wchar_t> const &text)
+{
+    return to_units({ text.GetConstBuffer(), static_cast<std::size_t>(text.GetLength()) });
+}
+
+std::string text_of(CXTString<char> const &text)
+{
+    return { text.GetConstBuffer(), static_cast<std::size_t>(text.GetLength()) };
+}
+
+template <class T> void expect_value(T value, ArchiveEncoder const &expected)
+{
+    EXPECT_EQ(store_bytes([&](CXArchive &archive) { archive << value; }), expected.bytes());
+    load_bytes(expected.bytes(), [&](CXArchive &archive) {
+        T loaded {};
+        archive >> loaded;
+        EXPECT_EQ(std::memcmp(&loaded, &value, sizeof value), 0);
+        EXPECT_EQ(archive.GetBytesLeft(), 0U);
+    });
+}
+
+} // namespace
+
+TEST(ArchiveFormat, ValuesHaveTheirWidthAndByteOrder)
+{
+    using E = ArchiveEncoder;
+    expect_value(false, E().u8(0));
+    expect_value(true, E().u8(1));
+    expect_value('\x81', E().u8(0x81));
+    expect_value(static_cast<unsigned char>(0xFE), E().u8(0xFE));
+    expect_value(static_cast<short>(-2), E().raw("\xFE\xFF"));
+    expect_value(static_cast<unsigned short>(0x1234), E().raw("\x34\x12"));
+    expect_value(-2, E().raw("\xFE\xFF\xFF\xFF"));
+    expect_value(0x12345678U, E().raw("\x78\x56\x34\x12"));
+    expect_value(std::numeric_limits<long long>::min(), E().u64(1ULL << 63));
+    expect_value(0x0102030405060708ULL, E().raw("\x08\x07\x06\x05\x04\x03\x02\x01"));
+    expect_value(-1.5F, E().u32(0xBFC00000));
+    expect_value(1e300, E().u64(0x7E37E43C8800759C));
+    expect_value(std::bit_cast<double>(0x7FF4000000000123), E().u64(0x7FF4000000000123));
+    expect_value(L'\xE9', E().u16(0xE9));
+    expect_value(static_cast<wchar_t>(0xDC00), E().u16(0xDC00));
+    if (sizeof(wchar_t) == 4) {
+        auto const bytes = store_bytes([](CXArchive &archive) {
+            archive << static_cast<wchar_t>(0x10000) << static_cast<wchar_t>(-1);
+        });
+        EXPECT_EQ(bytes, E().u16(0xFFFD).u16(0xFFFD).bytes());
+    }
+    load_bytes("\x02", [](CXArchive &archive) {
+        bool value = false;
+        archive >> value;
+        EXPECT_TRUE(value);
+    });
+}
+
+TEST(ArchiveFormat, ManyValuesAtOnceAreTheSameBytes)
+{
+    double const values[] = { 0.5, -1e-300, INFINITY };
+    auto const bytes = store_bytes([&](CXArchive &archive) { archive.WriteValues(values, 3); });
+    EXPECT_EQ(bytes, ArchiveEncoder().f64(0.5).f64(-1e-300).f64(INFINITY).bytes());
+    load_bytes(bytes, [&](CXArchive &archive) {
+        double loaded[3];
+        archive.ReadValues(loaded, 3);
+        EXPECT_TRUE(std::equal(values, values + 3, loaded));
+    });
+}
+
+TEST(ArchiveFormat, CountsChangeFormAtTheirThresholds)
+{
+    for (unsigned long long const count : { 0ULL, 1ULL, 65534ULL, 65535ULL, 65536ULL, 4294967294ULL,
+             4294967295ULL, 4294967296ULL, ~0ULL }) {
+        auto const bytes = store_bytes([&](CXArchive &archive) { archive.WriteCount(count); });
+        EXPECT_EQ(bytes, ArchiveEncoder().count(count).bytes()) << count;
+        load_bytes(
+            bytes, [&](CXArchive &archive) { EXPECT_EQ(archive.ReadCount(), count) << count; });
+    }
+}
+
+TEST(ArchiveFormat, LengthsChangeFormAtTheirThresholdsInEveryEncoding)
+{
+    struct {
+        int encoding, read_as;
+        unsigned mark;
+    } const encodings[] = { { -1, 1, 0 }, { 1, 1, 0 }, { 2, 2, 0xFFFD }, { 3, 3, 0xFFFE },
+        { 4, 4, 0xFFFC }, { 1252, 1, 0 } };
+    for (auto const &[encoding, read_as, mark] : encodings) {
+        for (unsigned long long const length : { 0ULL, 254ULL, 255ULL, 65531ULL, 65532ULL, 65534ULL,
+                 65535ULL, 4294967294ULL, 4294967295ULL, ~0ULL }) {
+            auto const bytes = store_bytes([&](CXArchive &archive) {
+                archive.WriteStringLength(length, static_cast<xStringEncoding>(encoding));
+            });
+            EXPECT_EQ(bytes, ArchiveEncoder().length(length, mark).bytes()) << length;
+            load_bytes(bytes, [&](CXArchive &archive) {
+                xStringEncoding loaded;
+                EXPECT_EQ(archive.ReadStringLength(loaded), length);
+                EXPECT_EQ(loaded, read_as);
+            });
+        }
+    }
+}
+
+TEST(ArchiveFormat, LengthsInUnusualFormsAreRead)
+{
+    struct {
+        ArchiveEncoder bytes;
+        unsigned long long length;
+        int encoding;
+    } const cases[] = {
+        { ArchiveEncoder().u8(0xFF).u16(5), 5, 1 },
+        { ArchiveEncoder().u8(0xFF).u16(0xFFFF).u32(0), 0, 1 },
+        { ArchiveEncoder().u8(0xFF).u16(0xFFFD).u8(0xFF).u16(0xFFFE), 0xFFFE, 2 },
+        { ArchiveEncoder().u8(0xFF).u16(0xFFFE).u8(0xFF).u16(0xFFFC), 0xFFFC, 3 },
+        { ArchiveEncoder().u8(0xFF).u16(0xFFFC).u8(0xFF).u16(0xFFFF).u32(0xFFFFFFFF).u64(7), 7, 4 },
+    };
+    for (auto const &[bytes, length, encoding] : cases)
+        load_bytes(bytes.bytes(), [&](CXArchive &archive) {
+            xStringEncoding loaded;
+            EXPECT_EQ(archive.ReadStringLength(loaded), length);
+            EXPECT_EQ(loaded, encoding);
+            EXPECT_EQ(archive.GetBytesLeft(), 0U);
+        });
+}
+
+TEST(ArchiveFormat, WideStringsAreUtf16AndEndAtTheirFirstZeroWhenRead)
+{
+    std::u16string pairs; // so long that pairs lie across the edges of every window
+    for (char16_t i = 0; i < 3000; ++i)
+        (pairs += u'x').append(i % 3, u'\xD83D').append(u"\xD83D\xDE00");
+    std::u16string const texts[] = { u"", u"abc", u"\xE9\x20AC\xFFFF", u"\xD83D\xDE00",
+        u"\xDE00\xD83D", u"\xD83D", std::u16string(u"a\0b", 3), std::u16string(u"\0", 1),
+        std::u16string(254, u'x'), std::u16string(255, u'y'), std::u16string(65531, u'z'),
+        std::u16string(65532, u'\x3B1'), pairs, pairs + u'\0' + pairs };
+    for (auto const &text : texts) {
+        CXTString<wchar_t> const string = wide_string(text);
+        auto const bytes = store_bytes([&](CXArchive &archive) { archive << string << 'e'; });
+        EXPECT_EQ(bytes, ArchiveEncoder().wide(text).u8('e').bytes());
+        load_bytes(bytes, [&](CXArchive &archive) {
+            CXTString<wchar_t> loaded(L"before");
+            char end = 0;
+            archive >> loaded >> end;
+            EXPECT_EQ(units_of(loaded), text.substr(0, text.find(u'\0')));
+            EXPECT_EQ(end, 'e');
+        });
+    }
+    if (sizeof(wchar_t) == 4) {
+        wchar_t const beyond[] = { L'a', static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1) };
+        auto const bytes
+            = store_bytes([&](CXArchive &archive) { archive << CXTString<wchar_t>(beyond, 3); });
+        EXPECT_EQ(bytes, ArchiveEncoder().wide(u"a\xFFFD\xFFFD").bytes());
+    }
+}
+
+TEST(ArchiveFormat, NarrowStringsAreTheirBytesAndEndAtTheirFirstZeroWhenRead)
+{
+    for (auto const &text : { std::string(), std::string("abc\xE9\xFF"), std::string("a\0b", 3),
+             std::string(254, 'x'), std::string(255, 'y'), std::string(65531, 'z'),
+             std::string(65532, 'z'), std::string(200000, 'w') }) {
+        CXTString<char> const string(text.data(), static_cast<int>(text.size()));
+        auto const bytes = store_bytes([&](CXArchive &archive) { archive << string; });
+        EXPECT_EQ(bytes, ArchiveEncoder().narrow(text).bytes());
+        load_bytes(bytes, [&](CXArchive &archive) {
+            CXTString<char> loaded("before");
+            archive >> loaded;
+            EXPECT_EQ(text_of(loaded), text.substr(0, text.find('\0')));
+            EXPECT_EQ(archive.GetBytesLeft(), 0U);
+        });
+    }
+}
+
+TEST(ArchiveFormat, EveryEncodingIsReadIntoBothKindsOfString)
+{
+    AnsiPage const western(1252);
+    using E = ArchiveEncoder;
+    std::string_view const utf8 = "\xC3\xA9\xF0\x9F\x98\x80z";
+    struct {
+        ArchiveEncoder bytes;
+        std::u16string wide;
+        std::string narrow;
+    } const cases[] = {
+        { E().narrow("\x80\xE9"), u"\x20AC\xE9", "\x80\xE9" },
+        { E().narrow(std::string_view("\xE9\0x", 3)), u"\xE9", "\xE9" },
+        { E().length(utf8.size(), 0xFFFD).raw(utf8), u"\xE9\xD83D\xDE00z", std::string(utf8) },
+        { E().length(1, 0xFFFD).raw("\xC3"), u"\xFFFD", "\xC3" },
+        { E().length(0, 0xFFFD), u"", "" },
+        { E().wide(u"\x20AC\xE9\x3B1"), u"\x20AC\xE9\x3B1",
+            "\x80\xE9"
+            "a" },
+        { E().wide(std::u16string_view(u"k\0x", 3)), u"k", "k" },
+        { E().wide(u""), u"", "" },
+        { E().length(3, 0xFFFC).raw("ab\xE9"), u"before", "ab\xE9" },
+        { E().length(300, 0xFFFC).raw(std::string(300, 'q')), u"before", std::string(300, 'q') },
+        { E().length(0, 0xFFFC), u"", "" },
+    };
+    for (auto const &[encoder, wide, narrow] : cases) {
+        CXTString<wchar_t> wide_loaded(L"before");
+        CXTString<char> narrow_loaded("before");
+        char end = 0;
+        load_bytes(
+            encoder.bytes() + 'e', [&](CXArchive &archive) { archive >> wide_loaded >> end; });
+        EXPECT_EQ(units_of(wide_loaded), wide);
+        EXPECT_EQ(end, 'e');
+        load_bytes(
+            encoder.bytes() + 'f', [&](CXArchive &archive) { archive >> narrow_loaded >> end; });
+        EXPECT_EQ(text_of(narrow_loaded), narrow);
+        EXPECT_EQ(end, 'f');
+    }
+}
+
+TEST(ArchiveFormat, SubclassesWriteTextInAnEncoding)
+{
+    AnsiPage const western(1252);
+    class Writer : public CXArchive {
+    public:
+        using CXArchive::CXArchive;
+        using CXArchive::WriteString;
+    };
+    auto const written = [](auto const *text, int encoding) {
+        CXMemFile file;
+        Writer archive(&file, CXArchive::store);
+        archive.WriteString(text, static_cast<xStringEncoding>(encoding));
+        archive.Close();
+        return kor_test::get_bytes(file);
+    };
+    using E = ArchiveEncoder;
+    char const *const narrow = "\xE9z";
+    for (int const encoding : { -1, 1, 1252 })
+        EXPECT_EQ(written(narrow, encoding), E().narrow(narrow).bytes());
+    EXPECT_EQ(written(narrow, 2), E().length(2, 0xFFFD).raw(narrow).bytes());
+    EXPECT_EQ(written(narrow, 3), E().wide(u"\xE9z").bytes());
+    EXPECT_EQ(written(narrow, 4), E().length(2, 0xFFFC).raw(narrow).bytes());
+    EXPECT_EQ(written(static_cast<char const *>(nullptr), 1), E().narrow("").bytes());
+    wchar_t const *const wide = L"\u20ACz";
+    EXPECT_EQ(written(wide, -1), E().narrow("\x80z").bytes());
+    EXPECT_EQ(written(wide, 2), E().length(4, 0xFFFD).raw("\xE2\x82\xACz").bytes());
+    EXPECT_EQ(written(wide, 3), E().wide(u"\x20ACz").bytes());
+    EXPECT_EQ(written(wide, 1251), E().narrow("\x88z").bytes());
+    EXPECT_EQ(written(static_cast<wchar_t const *>(nullptr), 3), E().wide(u"").bytes());
+    EXPECT_EQ(kor_test::cause_of([&] { written(wide, 4); }), CXArchiveException::genericException);
+}

@@ -1,0 +1,506 @@
+// SPDX-License-Identifier: MIT
+// Object graphs and class records: bytes, identity, schemas, and everything that damaged data can
+// do to them.
+#include "tests/archive/archive_encoder.h"
+#include "tests/archive/archive_support.h"
+
+#include <functional>
+#include <pthread.h>
+#include <random>
+#include <unordered_map>
+#include <vector>
+
+using kor_test::ArchiveEncoder;
+using kor_test::cause_of;
+using kor_test::load_bytes;
+using kor_test::store_bytes;
+using Exception = CXArchiveException;
+
+// A value and links to other nodes, which it does not own.
+class TestNode : public CXObject {
+    KOR_DECLARE_CLASS(TestNode)
+public:
+    explicit TestNode(int value = 0)
+        : m_value(value)
+    {
+        ++s_alive;
+    }
+    TestNode(TestNode const &) = delete;
+    TestNode &operator=(TestNode const &) = delete;
+    ~TestNode() override { --s_alive; }
+
+    void Serialize(CXArchive &archive) override
+    {
+        if (archive.IsStoring()) {
+            archive << m_value;
+            archive.WriteCount(m_links.size());
+            for (TestNode const *const link : m_links)
+                archive << link;
+            return;
+        }
+        archive >> m_value;
+        for (auto count = archive.ReadCount(); count != 0; --count)
+            archive >> m_links.emplace_back();
+        m_schema = archive.GetObjectSchema();
+    }
+
+    static inline int s_alive = 0;
+    int m_value;
+    std::vector<TestNode *> m_links;
+    unsigned int m_schema = 0;
+};
+KOR_IMPLEMENT_CLASS(TestNode, CXObject, 3)
+
+class TestVersioned : public TestNode {
+    KOR_DECLARE_CLASS(TestVersioned)
+};
+KOR_IMPLEMENT_CLASS(TestVersioned, TestNode, 7 | CXRuntimeClass::versionable_schema)
+
+class TestEmpty : public CXObject {
+    KOR_DECLARE_CLASS(TestEmpty)
+};
+KOR_IMPLEMENT_CLASS(TestEmpty, CXObject, 1)
+
+class TestAbstract : public TestNode {
+    KOR_DECLARE_CLASS(TestAbstract)
+};
+KOR_IMPLEMENT_ABSTRACT_CLASS(TestAbstract, TestNode, 1)
+
+class TestTransient : public CXObject {
+    KOR_DECLARE_CLASS(TestTransient)
+};
+KOR_IMPLEMENT_CLASS(TestTransient, CXObject, 1 | CXRuntimeClass::not_serializable)
+
+class TestUnborn : public CXObject {
+    KOR_DECLARE_CLASS(TestUnborn)
+public:
+    TestUnborn() { Exception::Throw(Exception::bufferFull); }
+};
+KOR_IMPLEMENT_CLASS(TestUnborn, CXObject, 1)
+
+namespace {
+
+ArchiveEncoder node_head()
+{
+    return ArchiveEncoder().new_class("TestNode", 3);
+}
+
+// Reads one object of any class and deletes what was made of it.
+CXArchiveException::ArchiveExceptionType cause_of_reading(std::string const &bytes,
+    CXRuntimeClass const *expected = nullptr, CXTString<wchar_t> *file_name = nullptr)
+{
+    int const alive = TestNode::s_alive;
+    kor_test::StreamFile file(bytes, 4096);
+    file.SetFilePath(L"C:\\scenes\\a.bin");
+    CXArchive archive(&file, CXArchive::load);
+    auto const cause = cause_of([&] { archive.ReadObject(expected); }, file_name);
+    if (cause == Exception::none)
+        return cause;
+    archive.DeleteOrphans();
+    EXPECT_EQ(archive.GetOrphanCount(), 0U);
+    EXPECT_EQ(TestNode::s_alive, alive);
+    return cause;
+}
+
+} // namespace
+
+TEST(ArchiveObjects, EachIsWrittenOnceAndReferencesFormAnyGraph)
+{
+    TestNode root(1), child(2);
+    TestVersioned other;
+    root.m_links = { &child, nullptr, &child, &other, &root };
+    child.m_links = { &root };
+    auto const bytes = store_bytes([&](CXArchive &archive) {
+        archive << static_cast<CXObject const *>(&root) << &child << &other;
+    });
+    auto expected = node_head().u32(1).count(5);
+    expected.old_class(1).u32(2).count(1).old_object(2); // child, index 3
+    expected.u16(0).old_object(3).new_class("TestVersioned", 7).u32(0).count(0).old_object(2);
+    expected.old_object(3).old_object(5);
+    EXPECT_EQ(bytes, expected.bytes());
+
+    load_bytes(bytes, [](CXArchive &archive) {
+        TestNode *loaded = nullptr;
+        CXObject const *loaded_child = nullptr;
+        TestVersioned const *loaded_other = nullptr;
+        archive >> loaded >> loaded_child >> loaded_other;
+        ASSERT_EQ(loaded->m_links.size(), 5U);
+        EXPECT_EQ(loaded->m_links[0], loaded_child);
+        EXPECT_EQ(loaded->m_links[1], nullptr);
+        EXPECT_EQ(loaded->m_links[2], loaded_child);
+        EXPECT_EQ(loaded->m_links[3], loaded_other);
+        EXPECT_EQ(loaded->m_links[4], loaded);
+        EXPECT_EQ(loaded->m_links[0]->m_value, 2);
+        EXPECT_EQ(archive.GetOrphanCount(), 0U);
+        delete loaded_child;
+        delete loaded_other;
+        delete loaded;
+    });
+}
+
+// The writer of the format for graphs of TestNode, and how each node of such a graph is reached.
+class GraphModel {
+public:
+    void encode(TestNode const *node)
+    {
+        if (!node) {
+            m_bytes.u16(0);
+            return;
+        }
+        if (unsigned const index = m_indices[node]) {
+            m_bytes.old_object(index);
+            return;
+        }
+        bool const versioned = dynamic_cast<TestVersioned const *>(node) != nullptr;
+        unsigned &class_index = m_classes[versioned];
+        if (class_index != 0)
+            m_bytes.old_class(class_index);
+        else
+            versioned ? m_bytes.new_class("TestVersioned", 7) : m_bytes.new_class("TestNode", 3);
+        if (class_index == 0)
+            class_index = m_next++;
+        m_indices[node] = m_next++;
+        m_bytes.u32(static_cast<unsigned>(node->m_value)).count(node->m_links.size());
+        for (TestNode const *const link : node->m_links)
+            encode(link);
+    }
+    std::string const &bytes() const { return m_bytes.bytes(); }
+    std::unordered_map<TestNode const *, unsigned> const &indices() const { return m_indices; }
+
+private:
+    ArchiveEncoder m_bytes;
+    std::unordered_map<TestNode const *, unsigned> m_indices;
+    unsigned m_classes[2] = {};
+    unsigned m_next = 1;
+};
+
+TEST(ArchiveObjects, RandomGraphsAreWrittenAsTheModelDoesAndReadAsTheSameGraph)
+{
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        std::mt19937 random(seed);
+        std::vector<std::unique_ptr<TestNode>> nodes(1 + random() % 300);
+        for (auto &node : nodes)
+            node = random() % 3 == 0 ? std::make_unique<TestVersioned>()
+                                     : std::make_unique<TestNode>();
+        for (auto &node : nodes) {
+            node->m_value = static_cast<int>(random());
+            for (auto links = random() % 4; links != 0; --links)
+                node->m_links.push_back(
+                    random() % 8 ? nodes[random() % nodes.size()].get() : nullptr);
+        }
+        GraphModel model;
+        model.encode(nodes[0].get());
+        auto const bytes = store_bytes([&](CXArchive &archive) { archive << nodes[0].get(); });
+        ASSERT_EQ(bytes, model.bytes()) << "seed " << seed;
+
+        kor_test::StreamFile file(bytes, 1 + seed);
+        CXArchive archive(&file, CXArchive::load, 128);
+        TestNode *loaded = nullptr;
+        archive >> loaded;
+        GraphModel again; // equal bytes mean an equal graph, since the model has every node once
+        again.encode(loaded);
+        ASSERT_EQ(again.bytes(), bytes) << "seed " << seed;
+        for (auto const &[node, index] : again.indices())
+            delete node;
+    }
+}
+
+TEST(ArchiveObjects, IndicesFrom7FFFOnTakeFourBytes)
+{
+    std::vector<TestEmpty> many(0x7FFE); // indices 2 to 7FFF, after their class
+    TestNode late(5), last(6);           // class 8000, objects 8001 and 8002
+    auto const bytes = store_bytes([&](CXArchive &archive) {
+        for (auto const &object : many)
+            archive << &object;
+        archive << &many[0x7FFC] << &many[0x7FFD] << &late << &last << &late << &many[0];
+    });
+    ArchiveEncoder expected;
+    expected.new_class("TestEmpty", 1);
+    for (std::size_t i = 1; i < many.size(); ++i)
+        expected.raw("\x01\x80");
+    expected.raw("\xFE\x7F").raw(std::string_view("\xFF\x7F\xFF\x7F\0\0", 6));
+    expected.new_class("TestNode", 3).u32(5).count(0);
+    expected.raw(std::string_view("\xFF\x7F\0\x80\0\x80", 6)).u32(6).count(0);
+    expected.raw(std::string_view("\xFF\x7F\x01\x80\0\0", 6)).raw(std::string_view("\x02\0", 2));
+    EXPECT_EQ(bytes, expected.bytes());
+
+    load_bytes(bytes, [&](CXArchive &archive) {
+        std::vector<std::unique_ptr<CXObject>> owned;
+        for (std::size_t i = 0; i < many.size(); ++i)
+            owned.emplace_back(archive.ReadObject(nullptr));
+        EXPECT_EQ(archive.ReadObject(nullptr), owned[0x7FFC].get());
+        EXPECT_EQ(archive.ReadObject(nullptr), owned[0x7FFD].get());
+        TestNode *loaded_late = nullptr, *loaded_last = nullptr, *same = nullptr;
+        archive >> loaded_late >> loaded_last >> same;
+        EXPECT_EQ(loaded_last->m_value, 6);
+        EXPECT_EQ(same, loaded_late);
+        EXPECT_EQ(archive.ReadObject(nullptr), owned[0].get());
+        delete loaded_late;
+        delete loaded_last;
+    });
+}
+
+TEST(ArchiveObjects, AClassOfIndex7FFFIsNotTakenForANewOne)
+{
+    std::vector<TestEmpty> many(0x7FFD); // indices 2 to 7FFE
+    TestNode first(1), second(2);
+    auto const bytes = store_bytes([&](CXArchive &archive) {
+        for (auto const &object : many)
+            archive << &object;
+        archive << &first << &second;
+    });
+    EXPECT_EQ(
+        bytes.substr(bytes.size() - 12), ArchiveEncoder().old_class(0x7FFF).u32(2).u16(0).bytes());
+    load_bytes(bytes, [&](CXArchive &archive) {
+        for (std::size_t i = 0; i < many.size(); ++i)
+            delete archive.ReadObject(nullptr);
+        TestNode *loaded[2] = {};
+        archive >> loaded[0] >> loaded[1];
+        EXPECT_EQ(loaded[1]->m_value, 2);
+        delete loaded[0];
+        delete loaded[1];
+    });
+}
+
+TEST(ArchiveObjects, SchemasAreCheckedUnlessTheClassIsVersionable)
+{
+    auto const body = ArchiveEncoder().u32(0).count(0).bytes();
+    EXPECT_EQ(cause_of_reading(ArchiveEncoder().new_class("TestNode", 2).raw(body).bytes()),
+        Exception::badSchema);
+
+    // An old versioned node holds a plain one and another versioned one.
+    auto bytes = ArchiveEncoder().new_class("TestVersioned", 5).u32(1).count(2);
+    bytes.new_class("TestNode", 3).raw(body).old_class(1).raw(body);
+    load_bytes(bytes.bytes(), [](CXArchive &archive) {
+        EXPECT_EQ(archive.GetObjectSchema(), CXArchive::no_schema);
+        TestVersioned *outer = nullptr;
+        archive >> outer;
+        EXPECT_EQ(outer->m_schema, 5U);
+        EXPECT_EQ(outer->m_links[0]->m_schema, 3U);
+        EXPECT_EQ(outer->m_links[1]->m_schema, 5U);
+        EXPECT_EQ(archive.GetObjectSchema(), 5U);
+        delete outer->m_links[0];
+        delete outer->m_links[1];
+        delete outer;
+    });
+}
+
+TEST(ArchiveObjects, ClassRecordsStandByThemselves)
+{
+    auto const *const node = TestNode::GetThisRuntimeClassDescriptor();
+    auto const bytes = store_bytes([&](CXArchive &archive) {
+        archive.WriteClass(node);
+        archive.SerializeClass(TestVersioned::GetThisRuntimeClassDescriptor());
+        archive.WriteClass(node);
+        archive.WriteObject(nullptr);
+    });
+    EXPECT_EQ(bytes, node_head().new_class("TestVersioned", 7).old_class(1).u16(0).bytes());
+    load_bytes(bytes, [&](CXArchive &archive) {
+        unsigned int schema = 0, tag = 99;
+        EXPECT_EQ(archive.ReadClass(node, &schema, &tag), node);
+        EXPECT_EQ(schema, 3U);
+        EXPECT_EQ(tag, 99U);
+        archive.SerializeClass(node); // a derived class
+        EXPECT_EQ(archive.GetObjectSchema(), 7U);
+        EXPECT_EQ(archive.ReadClass(), node);
+        EXPECT_EQ(archive.ReadClass(node, &schema, &tag), nullptr);
+        EXPECT_EQ(tag, 0U);
+    });
+    load_bytes(std::string_view("\0\0", 2), [&](CXArchive &archive) {
+        EXPECT_EQ(cause_of([&] { archive.ReadClass(node); }), Exception::badIndex);
+    });
+}
+
+TEST(ArchiveObjects, BadReferencesAndClassesHaveTheirCauses)
+{
+    using E = ArchiveEncoder;
+    auto const *const versioned = TestVersioned::GetThisRuntimeClassDescriptor();
+    struct {
+        char const *name;
+        ArchiveEncoder bytes;
+        Exception::ArchiveExceptionType cause;
+        CXRuntimeClass const *expected = nullptr;
+    } const cases[] = {
+        { "object index not given out", E().u16(1), Exception::badIndex },
+        { "large object index", E().u16(0x7FFF).u32(0x7FFFFFFF), Exception::badIndex },
+        { "class index 0", E().u16(0x8000), Exception::badIndex },
+        { "large class index 0", E().u16(0x7FFF).u32(0x80000000), Exception::badIndex },
+        { "class index not given out", E().u16(0x8001), Exception::badIndex },
+        { "object index of a class", node_head().u32(0).count(1).u16(1), Exception::badIndex },
+        { "class index of an object", node_head().u32(0).count(1).u16(0x8002),
+            Exception::badIndex },
+        { "unknown class", E().new_class("TestNodes", 3), Exception::badClass },
+        { "class without a name", E().new_class("", 3), Exception::badClass },
+        { "name with a zero", E().new_class(std::string_view("TestNode\0x", 10), 3),
+            Exception::badClass },
+        { "class that cannot be created", E().new_class("TestAbstract", 1), Exception::badClass },
+        { "class whose creation throws", E().new_class("TestUnborn", 1), Exception::badClass },
+        { "class not expected", node_head(), Exception::badClass, versioned },
+        { "base class in place of a class", E().new_class("CXObject", 1), Exception::badClass,
+            versioned },
+        { "class not serializable", E().new_class("TestTransient", 1),
+            Exception::genericException },
+        { "expected class not serializable", node_head(), Exception::genericException,
+            TestTransient::GetThisRuntimeClassDescriptor() },
+        { "old object of another class",
+            E().new_class("TestVersioned", 7).u32(0).count(1).new_class("TestEmpty", 1),
+            Exception::badClass },
+        { "bad object deep inside", node_head().u32(0).count(2).old_class(1).u32(1).count(0).u16(9),
+            Exception::badIndex },
+    };
+    for (auto const &[name, bytes, cause, expected] : cases) {
+        CXTString<wchar_t> file_name;
+        EXPECT_EQ(cause_of_reading(bytes.bytes(), expected, &file_name), cause) << name;
+        EXPECT_TRUE(file_name == L"C:\\scenes\\a.bin") << name;
+    }
+}
+
+TEST(ArchiveObjects, AnOldObjectMustBeOfTheExpectedClass)
+{
+    auto const bytes = node_head().u32(0).count(0).old_object(2).bytes();
+    load_bytes(bytes, [](CXArchive &archive) {
+        TestNode *node = nullptr;
+        TestVersioned *versioned = nullptr;
+        archive >> node;
+        EXPECT_EQ(cause_of([&] { archive >> versioned; }), Exception::badClass);
+        delete node;
+    });
+}
+
+TEST(ArchiveObjects, ClassesThatAreNotSerializableAreNotWritten)
+{
+    CXMemFile file;
+    CXArchive archive(&file, CXArchive::store);
+    TestTransient transient;
+    EXPECT_EQ(cause_of([&] { archive << &transient; }), Exception::genericException);
+    EXPECT_EQ(cause_of([&] { archive.WriteClass(transient.GetRuntimeClassDescriptor()); }),
+        Exception::genericException);
+    EXPECT_EQ(cause_of([&] { archive.WriteClass(nullptr); }), Exception::badClass);
+}
+
+TEST(ArchiveObjects, AGraphCutAtAnyLengthEndsWithEndOfFile)
+{
+    TestNode root(1);
+    TestVersioned child;
+    root.m_links = { &child, &root, &child };
+    auto const bytes = store_bytes([&](CXArchive &archive) { archive << &root; });
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        CXTString<wchar_t> file_name(L"x");
+        EXPECT_EQ(
+            cause_of_reading(bytes.substr(0, length), nullptr, &file_name), Exception::endOfFile)
+            << length;
+        EXPECT_TRUE(file_name.IsEmpty());
+    }
+}
+
+TEST(ArchiveObjects, DamagedGraphsFailWithoutLeaks)
+{
+    TestNode root(1), twin(2);
+    TestVersioned child;
+    root.m_links = { &child, &root, &twin, &child };
+    child.m_links = { &twin, &child };
+    auto const bytes = store_bytes([&](CXArchive &archive) { archive << &root; });
+    int const alive = TestNode::s_alive;
+    std::mt19937 random(1);
+    for (int round = 0; round < 20000; ++round) {
+        std::string damaged = bytes;
+        for (auto flips = 1 + random() % 3; flips != 0; --flips)
+            damaged[random() % damaged.size()]
+                = static_cast<char>(random() % 4 ? random() % 16 : random());
+        kor_test::StreamFile file(damaged, 64);
+        CXArchive archive(&file, CXArchive::load, 128);
+        CXObject *loaded = nullptr;
+        if (cause_of([&] { archive >> loaded; }) == Exception::none) {
+            auto const *const node = dynamic_cast<TestNode *>(loaded);
+            GraphModel reached;
+            reached.encode(node);
+            for (auto const &[reached_node, index] : reached.indices())
+                delete reached_node;
+            if (!node)
+                delete loaded;
+        }
+        archive.DeleteOrphans();
+        ASSERT_EQ(TestNode::s_alive, alive) << "round " << round;
+    }
+}
+
+TEST(ArchiveObjects, OrphansComeInTheOrderOfTheirMaking)
+{
+    auto const bytes = node_head().u32(1).count(0).bytes()
+        + ArchiveEncoder().old_class(1).u32(2).count(2).old_class(1).u32(3).count(0).bytes();
+    load_bytes(bytes, [](CXArchive &archive) {
+        TestNode *first = nullptr, *second = nullptr;
+        archive >> first;
+        EXPECT_EQ(cause_of([&] { archive >> second; }), Exception::endOfFile);
+        EXPECT_EQ(second, nullptr);
+        archive.Abort();
+        ASSERT_EQ(archive.GetOrphanCount(), 2U);
+        EXPECT_EQ(static_cast<TestNode *>(archive.GetOrphan(0))->m_value, 2);
+        EXPECT_EQ(static_cast<TestNode *>(archive.GetOrphan(1))->m_value, 3);
+        EXPECT_EQ(archive.GetOrphan(2), nullptr);
+        archive.DeleteOrphans();
+        delete first;
+    });
+}
+
+namespace {
+
+// Bytes of `depth` nodes inside each other.
+std::string nested_nodes(unsigned depth)
+{
+    ArchiveEncoder bytes;
+    for (unsigned i = 0; i < depth; ++i)
+        (i == 0 ? bytes.new_class("TestNode", 3) : bytes.old_class(1)).u32(i).count(i + 1 < depth);
+    return bytes.bytes();
+}
+
+// Runs `work` on a thread with a stack of `size` bytes.
+void run_on_stack(std::size_t size, std::function<void()> work)
+{
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, size), 0);
+    pthread_t thread;
+    auto const run = [](void *argument) -> void * {
+        (*static_cast<std::function<void()> *>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+} // namespace
+
+TEST(ArchiveObjects, NestingIsLimitedWhenReadingAndWriting)
+{
+    unsigned const limit = CXArchive::max_object_depth;
+    run_on_stack(8 << 20, [&] {
+        auto const deepest = nested_nodes(limit);
+        std::vector<TestNode *> chain;
+        load_bytes(deepest, [&](CXArchive &archive) {
+            archive >> chain.emplace_back();
+            while (!chain.back()->m_links.empty())
+                chain.push_back(chain.back()->m_links[0]);
+        });
+        EXPECT_EQ(chain.size(), limit);
+        EXPECT_EQ(store_bytes([&](CXArchive &archive) { archive << chain[0]; }), deepest);
+        TestNode top;
+        top.m_links = { chain[0], nullptr };
+        CXMemFile file;
+        CXArchive archive(&file, CXArchive::store);
+        EXPECT_EQ(cause_of([&] { archive << &top; }), Exception::genericException);
+        for (TestNode *const node : chain)
+            delete node;
+        EXPECT_EQ(cause_of_reading(nested_nodes(limit + 1)), Exception::genericException);
+        EXPECT_EQ(cause_of_reading(nested_nodes(1000000)), Exception::genericException);
+    });
+}
+
+TEST(ArchiveObjects, NestingNeverExhaustsASmallStack)
+{
+    for (std::size_t const size : { 128U << 10, 256U << 10, 1U << 20 })
+        run_on_stack(size, [] {
+            EXPECT_EQ(cause_of_reading(nested_nodes(1000000)), Exception::genericException);
+        });
+}

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+// What the tests of the archive share: files of several kinds, and failures as values.
+#pragma once
+
+#include "kortools/archive/archive.h"
+#include "kortools/archive/exception.h"
+#include "kortools/archive/mem_file.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+
+namespace kor_test {
+
+inline std::string get_bytes(CXMemFile const &file)
+{
+    auto const *data = reinterpret_cast<char const *>(file.GetBuffer());
+    return data ? std::string(data, static_cast<std::size_t>(file.GetLength())) : std::string();
+}
+
+// A memory file that an archive has to go through Read() and Write() for, `m_step` bytes at most
+// at a time, and that can keep its length to itself as a pipe does.
+class StreamFile : public CXMemFile {
+public:
+    explicit StreamFile(std::string_view bytes = {}, unsigned int step = 1, bool tellsLength = true)
+        : m_step(step)
+        , m_tellsLength(tellsLength)
+    {
+        CXMemFile::Write(bytes.data(), static_cast<unsigned int>(bytes.size()));
+        Seek(0, begin);
+    }
+    unsigned int Read(void *target, unsigned int count) override
+    {
+        return CXMemFile::Read(target, std::min(count, m_step));
+    }
+    unsigned long long GetLength() const override
+    {
+        return m_tellsLength ? CXMemFile::GetLength() : 0;
+    }
+    unsigned long long BufferCommand(
+        BufferCommandType, unsigned long long, void **, void **) override
+    {
+        return 0;
+    }
+
+private:
+    unsigned int m_step;
+    bool m_tellsLength;
+};
+
+// The cause of the archive exception that a call throws; none when it does not throw.
+template <class Call>
+CXArchiveException::ArchiveExceptionType cause_of(
+    Call const &call, CXTString<wchar_t> *file_name = nullptr)
+{
+    try {
+        call();
+    } catch (CXArchiveException *exception) {
+        EXPECT_EQ(XGetThreadException(), exception);
+        auto const cause = exception->GetCause();
+        if (file_name)
+            *file_name = exception->GetFileName();
+        exception->Delete();
+        return cause;
+    }
+    return CXArchiveException::none;
+}
+
+// What `write` stores.
+template <class Write> std::string store_bytes(Write const &write)
+{
+    CXMemFile file;
+    CXArchive archive(&file, CXArchive::store);
+    write(archive);
+    archive.Close();
+    return get_bytes(file);
+}
+
+// Calls read(archive) on bytes in memory.
+template <class Read> void load_bytes(std::string_view bytes, Read const &read)
+{
+    CXMemFile file(reinterpret_cast<unsigned char const *>(bytes.data()), bytes.size());
+    CXArchive archive(&file, CXArchive::load);
+    read(archive);
+}
+
+} // namespace kor_test
