@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// Archives of earlier builds, in tests/data (written by `interchange write`), and the example in
+// the format's description.
+#include "tests/archive/archive_samples.h"
+
+#include "kortools/archive/mem_file.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+
+class Dot : public CXObject {
+    KOR_DECLARE_CLASS(Dot)
+public:
+    void Serialize(CXArchive &archive) override { archive << m_value << m_next; }
+
+    int m_value = 0;
+    Dot *m_next = nullptr;
+};
+KOR_IMPLEMENT_CLASS(Dot, CXObject, 2)
+
+TEST(ArchiveGolden, EarlierArchivesReadTheSameAndAreWrittenTheSame)
+{
+    for (auto const &sample : kor_test::get_archive_samples()) {
+        std::ifstream file(
+            std::string(KOR_TEST_DATA "/archive_") + sample.m_name + ".bin", std::ios::binary);
+        std::string const bytes((std::istreambuf_iterator<char>(file)), {});
+        EXPECT_EQ(kor_test::check_sample(sample, bytes), "") << sample.m_name;
+    }
+}
+
+TEST(ArchiveGolden, TheExampleOfTheDescriptionIsWhatIsWritten)
+{
+    // Lines of the form "0A  FF FF 02 00  comment": the offset, then bytes up to what is no byte.
+    std::ifstream file(KOR_TEST_DATA "/../../docs/archive-format.md");
+    std::string described;
+    bool in_example = false;
+    for (std::string line; std::getline(file, line);) {
+        in_example = in_example || line.rfind("## Example", 0) == 0;
+        if (!in_example || line.size() < 6 || line.substr(2, 2) != "  ")
+            continue;
+        EXPECT_EQ(std::stoul(line, nullptr, 16), described.size()) << line;
+        for (std::size_t at = 4; at + 2 <= line.size();) {
+            if (line[at] == ' ' && line.substr(at, 3) != "   ") {
+                ++at;
+                continue;
+            }
+            if (line.substr(at, 2).find_first_not_of("0123456789ABCDEF") != std::string::npos)
+                break;
+            described += static_cast<char>(std::stoul(line.substr(at, 2), nullptr, 16));
+            at += 2;
+        }
+    }
+    ASSERT_EQ(described.size(), 35U);
+
+    Dot first, second;
+    first.m_value = 7;
+    first.m_next = second.m_next = &second;
+    second.m_value = 8;
+    CXMemFile memory;
+    CXArchive archive(&memory, CXArchive::store);
+    archive << CXTString<wchar_t>(L"hi");
+    archive.WriteCount(3);
+    archive << &first << &second << nullptr;
+    archive.Close();
+    std::string const written(reinterpret_cast<char const *>(memory.GetBuffer()),
+        static_cast<std::size_t>(memory.GetLength()));
+    EXPECT_EQ(written, described);
+}
