@@ -13,3 +13,12 @@
 #else
 #define KORTOOLS_API __declspec(dllimport)
 #endif
+
+// KOR_EXTERN_TEMPLATE(CXTString<char>); after the definition of an exported class template (which
+// carries KORTOOLS_API) tells that the library has this instantiation. On Windows it says nothing:
+// a DLL does not export inline members, so the users of the header must make their own.
+#if defined(_WIN32)
+#define KOR_EXTERN_TEMPLATE(...) static_assert(true)
+#else
+#define KOR_EXTERN_TEMPLATE(...) extern template class __VA_ARGS__
+#endif

@@ -16,7 +16,7 @@
 #include <climits>
 #include <string_view>
 
-template <class T> class CXTCharArray {
+template <class T> class KORTOOLS_API CXTCharArray {
 public:
     static constexpr long long max_length = INT_MAX;
 
@@ -102,5 +102,5 @@ private:
     long long m_capacity = 0; // characters in the block, > m_length
 };
 
-extern template class KORTOOLS_API CXTCharArray<char>;
-extern template class KORTOOLS_API CXTCharArray<wchar_t>;
+KOR_EXTERN_TEMPLATE(CXTCharArray<char>);
+KOR_EXTERN_TEMPLATE(CXTCharArray<wchar_t>);

@@ -40,7 +40,7 @@
 #pragma push_macro("LoadString")
 #undef LoadString
 
-template <class T> class CXTString {
+template <class T> class KORTOOLS_API CXTString {
 public:
     using Other = kortools::core::other_char_t<T>;
     using View = std::basic_string_view<T>;
@@ -383,8 +383,8 @@ private:
 
 #pragma pop_macro("LoadString")
 
-extern template class KORTOOLS_API CXTString<char>;
-extern template class KORTOOLS_API CXTString<wchar_t>;
+KOR_EXTERN_TEMPLATE(CXTString<char>);
+KOR_EXTERN_TEMPLATE(CXTString<wchar_t>);
 
 template <class T, class Traits>
 std::basic_ostream<T, Traits> &operator<<(

@@ -51,8 +51,11 @@ TYPED_TEST(XStringFormat, FormatsTextOfAnyLength)
         Std<T> number;
         for (char const digit : std::to_string(length))
             number += static_cast<T>(digit);
-        Std<T> const expected
-            = lit<T>("<") + to_std(part) + lit<T>("|narrow|wide|") + number + lit<T>(">");
+        Std<T> expected = lit<T>("<");
+        expected.append(to_std(part))
+            .append(lit<T>("|narrow|wide|"))
+            .append(number)
+            .append(lit<T>(">"));
         ASSERT_EQ(text, expected) << length;
         text.AppendFormat(format.c_str(), part.GetConstBuffer(), "narrow", L"wide", length);
         ASSERT_EQ(text, expected + expected) << length;
@@ -138,13 +141,14 @@ TEST(XStringConversion, GoesThroughTheAnsiCodePage)
             CXTString<wchar_t> text = L"*";
             text += narrow.c_str();
             text += bytes;
-            EXPECT_EQ(text, L"*" + wide + wide) << each.page << ' ' << padding;
+            EXPECT_EQ(text, std::wstring(L"*").append(wide).append(wide))
+                << each.page << ' ' << padding;
             text = bytes;
             EXPECT_EQ(text, wide);
             EXPECT_EQ(text.GetCapacity() > text.GetLength(), true);
             CXTString<char> bytes_text = "*";
             bytes_text += wide.c_str();
-            EXPECT_EQ(bytes_text, "*" + narrow);
+            EXPECT_EQ(bytes_text, std::string("*").append(narrow));
             bytes_text = bytes;
             EXPECT_EQ(bytes_text, narrow);
         }
