@@ -51,7 +51,7 @@ unsigned int get_automation_string_length(char16_t const *text)
         return 0;
     std::uint32_t size;
     std::memcpy(&size, get_size_field(const_cast<char16_t *>(text)), sizeof size);
-    return size / sizeof(char16_t);
+    return static_cast<unsigned int>(size / sizeof(char16_t));
 }
 
 } // namespace kortools::platform
