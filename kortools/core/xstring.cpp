@@ -170,8 +170,9 @@ template <class T> int CXTString<T>::CompareText(View text) const
 template <class T> bool CXTString<T>::EqualsText(View text) const
 {
     View const own = GetView();
-    return own.size() == text.size()
-        && std::memcmp(own.data(), text.data(), own.size() * sizeof(T)) == 0;
+    if (own.size() != text.size())
+        return false;
+    return own.empty() || std::memcmp(own.data(), text.data(), own.size() * sizeof(T)) == 0;
 }
 
 CXTString<char> kortools::core::quote(std::string_view text)
