@@ -11,17 +11,20 @@
 
 namespace kor_test {
 
-// Runs `call` and expects it to throw an `Exception`, which is registered as pending. Returns its
-// cause (0 where it has none) after deleting it.
-template <class Exception, class Call> int cause_of(Call const &call)
+// Runs `call` and expects it to throw an `Exception`, which is registered as pending and carries
+// `fileName`, unless that is null. Returns its cause (0 where it has none) after deleting it.
+template <class Exception, class Call>
+int cause_of(Call const &call, wchar_t const *fileName = nullptr)
 {
     try {
         call();
     } catch (Exception *exception) {
         EXPECT_EQ(XGetThreadException(), exception);
         int cause = 0;
-        if constexpr (requires { exception->GetCause(); })
+        if constexpr (requires { exception->GetCause(); }) {
             cause = exception->GetCause();
+            EXPECT_TRUE(!fileName || exception->GetFileName() == fileName);
+        }
         exception->Delete();
         return cause;
     } catch (...) {
@@ -72,11 +75,10 @@ public:
 
     void Run(int steps)
     {
-        for (int step = 0; step < steps && !testing::Test::HasFailure(); ++step) {
-            SCOPED_TRACE(step);
+        for (int step = 0; step < steps; ++step) {
             Step();
-            EXPECT_EQ(m_file.GetPosition(), m_model.position);
-            EXPECT_EQ(m_file.GetLength(), m_model.bytes.size());
+            ASSERT_EQ(m_file.GetPosition(), m_model.position) << "step " << step;
+            ASSERT_EQ(m_file.GetLength(), m_model.bytes.size()) << "step " << step;
         }
         m_file.Seek(0, CXFile::begin);
         m_model.position = 0;
@@ -88,19 +90,15 @@ private:
 
     void Step()
     {
-        switch (GetRandom(8)) {
-        case 0:
-            return SetLength(GetRandom(m_model.bytes.size() * 3 / 2 + 9));
-        case 1:
-        case 2:
-        case 3:
-            return Write(GetRandom(200));
-        case 4:
-        case 5:
-            return Read(GetRandom(200));
-        default:
-            return Seek();
-        }
+        std::size_t const choice = GetRandom(8);
+        if (choice == 0)
+            SetLength(GetRandom(m_model.bytes.size() * 3 / 2 + 9));
+        else if (choice <= 3)
+            Write(GetRandom(200));
+        else if (choice <= 5)
+            Read(GetRandom(200));
+        else
+            Seek();
     }
 
     void SetLength(std::size_t length)

@@ -47,7 +47,10 @@ int lock_bytes(int fd, short type, off_t start, off_t length)
     range.l_whence = SEEK_SET;
     range.l_start = start;
     range.l_len = length;
-    return fcntl(fd, F_OFD_SETLK, &range);
+    int result = fcntl(fd, F_OFD_SETLK, &range);
+    while (result != 0 && errno == EINTR) // on network file systems
+        result = fcntl(fd, F_OFD_SETLK, &range);
+    return result;
 }
 
 off_t get_region(unsigned int fact_number)
