@@ -15,6 +15,14 @@
 #include <thread>
 #include <vector>
 
+#ifdef __linux__
+#include <cstdlib>
+#include <new>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 using kortools::platform::set_last_os_error;
 
 namespace {
@@ -27,11 +35,10 @@ public:
     static inline std::atomic<int> s_alive { 0 };
 };
 
-// A null pointer that the compiler knows nothing about.
-template <class T> T *hidden_null()
+// The compiler must not see the null, nor its sanitizer object to it: that is the point.
+[[gnu::noinline, gnu::no_sanitize("null,vptr")]] void delete_exception(CXException *exception)
 {
-    T *volatile pointer = nullptr;
-    return pointer;
+    exception->Delete();
 }
 
 } // namespace
@@ -131,7 +138,8 @@ TEST(PendingException, ThreadsDoNotDisturbEachOther)
 
 TEST(Exception, DeleteAcceptsANullPointer)
 {
-    hidden_null<CXException>()->Delete();
+    CXException *volatile none = nullptr;
+    delete_exception(none);
 }
 
 TEST(Exception, TemplatesThrowRegisteredExceptions)
@@ -150,6 +158,45 @@ TEST(Exception, TemplatesThrowRegisteredExceptions)
     EXPECT_EQ(pending->GetFileName(), L"a.kor");
     XDeleteThreadException();
 }
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+namespace {
+
+// Takes all memory and reports what is thrown, one bit each. Runs in a child process.
+int throw_without_memory()
+{
+    rlimit const none = { 0, 0 };
+    setrlimit(RLIMIT_AS, &none);
+    for (std::size_t size = 1 << 20; size >= 8; size /= 2) {
+        while (void *volatile block = std::malloc(size))
+            static_cast<void>(block);
+    }
+    int result = 0;
+    for (int i = 0; i < 2; ++i) {
+        try {
+            kortools::core::throw_out_of_memory();
+        } catch (CXMemoryException *exception) {
+            result |= XGetThreadException() == exception ? 1 : 0;
+        } catch (std::bad_alloc const &) {
+            result |= 2; // the exception in reserve is in use
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+TEST(Exception, ExhaustedMemoryIsReportedWithoutMemory)
+{
+    pid_t const child = fork();
+    if (child == 0)
+        _exit(throw_without_memory());
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 3);
+}
+#endif
 
 TEST(Exception, MessagesNameTheFileOnceAndTheUnnamedOneInWords)
 {
