@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+// Arrays through the archive.
+#include "kortools/core/array.h"
+
+#include "tests/archive/archive_support.h"
+#include "tests/support/oracle.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+using kor_test::bytes_from_hex;
+using kor_test::cause_of;
+using kor_test::load_bytes;
+using kor_test::store_bytes;
+using kor_test::StreamFile;
+
+class CArrayTestNode : public CXObject {
+    KOR_DECLARE_CLASS(CArrayTestNode)
+public:
+    void Serialize(CXArchive &archive) override
+    {
+        if (archive.IsLoading())
+            archive >> m_value;
+        else
+            archive << m_value;
+    }
+    int m_value = 0;
+};
+KOR_IMPLEMENT_CLASS(CArrayTestNode, CXObject, 3)
+
+namespace {
+
+template <class T> CXArray<T> make_array(std::initializer_list<T> values)
+{
+    CXArray<T> array;
+    for (T const &value : values)
+        array.Add(value);
+    return array;
+}
+
+template <class T> std::string store(CXArray<T> array)
+{
+    return store_bytes([&](CXArchive &archive) { array.Serialize(archive); });
+}
+
+// Loads into an array that is in use, from a file that tells its length and from one that does not.
+template <class T> void expect_round_trip(CXArray<T> const &array)
+{
+    std::string const bytes = store(array);
+    for (bool const tells_length : { true, false }) {
+        StreamFile file(bytes, 7, tells_length);
+        CXArchive archive(&file, CXArchive::load);
+        CXArray<T> loaded;
+        loaded.SetSize(5);
+        loaded.Serialize(archive);
+        EXPECT_EQ(loaded, array);
+    }
+}
+
+struct Opaque { // neither operators nor Serialize()
+    int m_value = 0;
+};
+
+} // namespace
+
+TEST(ArrayArchive, WritesTheCountAndTheElements)
+{
+    EXPECT_EQ(store(CXArray<int>()), bytes_from_hex("0000"));
+    EXPECT_EQ(store(make_array<int>({ 1, -2 })), bytes_from_hex("020001000000feffffff"));
+    EXPECT_EQ(store(make_array<bool>({ true, false })), bytes_from_hex("02000100"));
+    EXPECT_EQ(store(make_array<wchar_t>({ L'a', L'\x20AC' })), bytes_from_hex("02006100ac20"));
+    EXPECT_EQ(store(make_array<CXTString<wchar_t>>({ L"a", L"" })),
+        bytes_from_hex("0200fffeff016100fffeff00"));
+    EXPECT_EQ(store(make_array<CXTString<char>>({ "ab" })), bytes_from_hex("0100026162"));
+    CXArray<unsigned char> large;
+    large.SetSize(0xFFFF);
+    EXPECT_EQ(store(large).substr(0, 7), bytes_from_hex("ffffffff000000"));
+}
+
+TEST(ArrayArchive, ReadsWhatItWrote)
+{
+    expect_round_trip(CXArray<int>());
+    expect_round_trip(make_array<bool>({ true, false, true }));
+    expect_round_trip(make_array<double>({ 0.5, -1e300 }));
+    expect_round_trip(make_array<CXTString<char>>({ "", "narrow" }));
+    expect_round_trip(make_array<CXArray<int>>({ make_array({ 1, 2 }), make_array<int>({}) }));
+    CXArray<long long> numbers;
+    CXArray<CXTString<wchar_t>> texts;
+    for (int i = 0; i < 70000; ++i) { // beyond every step of loading, and a count of six bytes
+        numbers.Add(i * 1'000'000'007LL, -2);
+        texts.Add(std::to_wstring(i).c_str(), -2);
+    }
+    expect_round_trip(numbers);
+    expect_round_trip(texts);
+}
+
+TEST(ArrayArchive, KeepsSharedObjects)
+{
+    CArrayTestNode first;
+    CArrayTestNode second;
+    first.m_value = 1;
+    second.m_value = 2;
+    CArrayTestNode *const nodes[] = { &first, &second, nullptr, &first };
+    CXArray<CArrayTestNode *> array;
+    for (CArrayTestNode *const node : nodes)
+        array.Add(node);
+    load_bytes(store(array), [](CXArchive &archive) {
+        CXArray<CArrayTestNode *> loaded;
+        loaded.Serialize(archive);
+        ASSERT_EQ(loaded.GetSize(), 4);
+        EXPECT_EQ(loaded[0]->m_value, 1);
+        EXPECT_EQ(loaded[1]->m_value, 2);
+        EXPECT_EQ(loaded[2], nullptr);
+        EXPECT_EQ(loaded[3], loaded[0]);
+        delete loaded[0];
+        delete loaded[1];
+    });
+}
+
+TEST(ArrayArchive, ACutFileGivesTheElementsBeforeTheCut)
+{
+    auto const texts = make_array<CXTString<wchar_t>>({ L"one", L"two", L"", L"four" });
+    std::string const bytes = store(texts);
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        load_bytes(bytes.substr(0, length), [&](CXArchive &archive) {
+            CXArray<CXTString<wchar_t>> loaded;
+            EXPECT_EQ(cause_of([&] { loaded.Serialize(archive); }), CXArchiveException::endOfFile);
+            ASSERT_LT(loaded.GetSize(), 4);
+            for (int i = 0; i < loaded.GetSize(); ++i)
+                EXPECT_EQ(loaded[i], texts[i]);
+        });
+    }
+}
+
+TEST(ArrayArchive, FalseCountsAreRefusedBeforeTheyCostMemory)
+{
+    for (char const *const count :
+        { "ffffffffff7f", "ffff00000080", "ffffffffffffffffffffffffff7f" }) {
+        for (bool const tells_length : { true, false }) {
+            auto const expect_end_of_file = [&](auto array) {
+                StreamFile file(bytes_from_hex(count) + std::string(20, '\0'), 7, tells_length);
+                CXArchive archive(&file, CXArchive::load);
+                bool refused = false;
+                try {
+                    refused = cause_of([&] { array.Serialize(archive); })
+                        == CXArchiveException::endOfFile;
+                } catch (CXInvalidArgException *exception) { // more than an array can hold
+                    refused = !tells_length;
+                    exception->Delete();
+                }
+                EXPECT_TRUE(refused) << count;
+                EXPECT_LT(array.GetCapacity(), 100'000);
+            };
+            expect_end_of_file(CXArray<int>());
+            expect_end_of_file(CXArray<CXTString<wchar_t>>());
+            expect_end_of_file(CXArray<CXArray<int>>());
+        }
+    }
+}
+
+TEST(ArrayArchive, ElementsThatCannotBeSerializedThrow)
+{
+    CXArray<Opaque> array;
+    array.SetSize(1);
+    EXPECT_THROW(store_bytes([&](CXArchive &archive) { array.Serialize(archive); }),
+        CXInvalidArgException *);
+    XDeleteThreadException();
+}

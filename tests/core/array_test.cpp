@@ -1,0 +1,457 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/core/array.h"
+
+#include "kortools/archive/archive.h"
+#include "kortools/archive/exception.h"
+#include "kortools/core/xstring.h"
+
+#include <array>
+#include <climits>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// --- Elements
+
+// A value that counts its objects and its steps, and throws at a chosen step. Movable says whether
+// it moves without throwing, moves with the risk of throwing, or only copies.
+enum class Moving { Safe, Throwing, None };
+
+struct StepFailure { };
+
+int s_alive = 0;
+int s_copies = 0;
+int s_steps_left = INT_MAX; // steps until one throws
+
+void count_step()
+{
+    if (--s_steps_left < 0) {
+        s_steps_left = INT_MAX;
+        throw StepFailure();
+    }
+}
+
+template <Moving moving> class Tracked {
+public:
+    Tracked(int value = 0)
+        : m_value(value)
+    {
+        count_step();
+        ++s_alive;
+    }
+    Tracked(Tracked const &other)
+        : Tracked(other.m_value)
+    {
+        ++s_copies;
+    }
+    Tracked(Tracked &&other) noexcept(moving == Moving::Safe) requires(moving != Moving::None)
+        : m_value(std::exchange(other.m_value, -1))
+    {
+        if constexpr (moving == Moving::Throwing)
+            count_step();
+        ++s_alive;
+    }
+    Tracked &operator=(Tracked const &other)
+    {
+        count_step();
+        ++s_copies;
+        m_value = other.m_value;
+        return *this;
+    }
+    Tracked &operator=(Tracked &&other) noexcept(moving == Moving::Safe) requires(
+        moving != Moving::None)
+    {
+        if constexpr (moving == Moving::Throwing)
+            count_step();
+        m_value = std::exchange(other.m_value, -1);
+        return *this;
+    }
+    ~Tracked() { --s_alive; }
+
+    bool operator==(Tracked const &other) const { return m_value == other.m_value; }
+    friend void PrintTo(Tracked const &element, std::ostream *out) { *out << element.m_value; }
+    void Serialize(CXArchive &archive)
+    {
+        if (archive.IsLoading())
+            archive >> m_value;
+        else
+            archive << m_value;
+    }
+
+private:
+    int m_value;
+};
+
+using SafeMover = Tracked<Moving::Safe>;
+using RiskyMover = Tracked<Moving::Throwing>;
+using Copier = Tracked<Moving::None>;
+
+template <class T> T make(int value)
+{
+    return T(value);
+}
+template <> CXTString<wchar_t> make<CXTString<wchar_t>>(int value)
+{
+    return value == 0 ? CXTString<wchar_t>() : CXTString<wchar_t>(std::to_wstring(value).c_str());
+}
+
+template <class T> CXArray<T> make_array(std::initializer_list<int> values)
+{
+    CXArray<T> array;
+    for (int const value : values)
+        array.Add(make<T>(value));
+    return array;
+}
+
+template <class T> std::vector<T> contents(CXArray<T> const &array)
+{
+    return { array.begin(), array.end() };
+}
+
+template <class Call> bool throws_invalid_argument(Call call)
+{
+    try {
+        call();
+    } catch (CXInvalidArgException *exception) {
+        EXPECT_EQ(XGetThreadException(), exception);
+        exception->Delete();
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+// --- The battery: each kind of element behaves as in a model.
+
+template <class T> class ArrayOf : public testing::Test {
+};
+using ElementTypes = testing::Types<int, double, CXTString<wchar_t>, SafeMover, RiskyMover, Copier>;
+TYPED_TEST_SUITE(ArrayOf, ElementTypes);
+
+TYPED_TEST(ArrayOf, AgreesWithAVector)
+{
+    using T = TypeParam;
+    for (unsigned int const seed : { 1U, 2U, 3U, 4U }) {
+        std::mt19937 random(seed);
+        auto const below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+        CXArray<T> array;
+        std::vector<T> model;
+        for (int step = 0; step < 400; ++step) {
+            int const size = static_cast<int>(model.size());
+            T const value = make<T>(1 + below(1000));
+            int const at = below(size + 1);
+            int const count = below(5);
+            switch (below(12)) {
+            case 0:
+            case 1:
+                EXPECT_EQ(array.Add(value), size);
+                model.push_back(value);
+                break;
+            case 2:
+                EXPECT_EQ(array.Add(make<T>(7), below(3)), size);
+                model.push_back(make<T>(7));
+                break;
+            case 3:
+                array.InsertAt(at, value, count);
+                model.insert(model.begin() + at, std::size_t(count), value);
+                break;
+            case 4: // past the end
+                array.InsertAt(size + count, value);
+                model.resize(std::size_t(size + count));
+                model.push_back(value);
+                break;
+            case 5:
+                array.SetAtGrow(size + count, value, -2);
+                model.resize(std::size_t(size + count));
+                model.push_back(value);
+                break;
+            case 6:
+                array.RemoveAt(at, std::min(count, size - at));
+                model.erase(model.begin() + at, model.begin() + at + std::min(count, size - at));
+                break;
+            case 7:
+                array.SetSize(at + count);
+                model.resize(std::size_t(at + count));
+                break;
+            case 8: // its own elements
+                if (size < 200) {
+                    auto const copy = model;
+                    array.InsertAt(at, &array);
+                    model.insert(model.begin() + at, copy.begin(), copy.end());
+                }
+                break;
+            case 9:
+                array.FreeExtra();
+                EXPECT_EQ(array.GetCapacity(), size);
+                break;
+            case 10: {
+                CXArray<T> other(array);
+                array.SetSize(count);
+                array = std::move(other);
+                EXPECT_TRUE(other.IsEmpty());
+                break;
+            }
+            default:
+                if (size > 0)
+                    array[at % size] = model[std::size_t(at % size)] = value;
+            }
+            ASSERT_EQ(contents(array), model) << "seed " << seed << " step " << step;
+            ASSERT_GE(array.GetCapacity(), array.GetSize());
+            ASSERT_EQ(array.GetUpperBound(), array.GetCount() - 1);
+        }
+    }
+    EXPECT_EQ(s_alive, 0);
+}
+
+TYPED_TEST(ArrayOf, StoresTheValueOfAnElementOfItsOwn)
+{
+    using T = TypeParam;
+    for (bool const full : { true, false }) { // with and without a new block
+        auto const prepare = [&] {
+            auto array = make_array<T>({ 1, 2, 3 });
+            if (full)
+                array.FreeExtra();
+            return array;
+        };
+        auto array = prepare();
+        array.Add(array[0]);
+        EXPECT_EQ(array, make_array<T>({ 1, 2, 3, 1 }));
+        array = prepare();
+        array.InsertAt(0, array[2]);
+        EXPECT_EQ(array, make_array<T>({ 3, 1, 2, 3 }));
+        array = prepare();
+        array.InsertAt(1, array[1], 3);
+        EXPECT_EQ(array, make_array<T>({ 1, 2, 2, 2, 2, 3 }));
+        array = prepare();
+        array.SetAtGrow(4, array[0]);
+        EXPECT_EQ(array, make_array<T>({ 1, 2, 3, 0, 1 }));
+        array = prepare();
+        EXPECT_EQ(array.Append(array), 3);
+        EXPECT_EQ(array, make_array<T>({ 1, 2, 3, 1, 2, 3 }));
+        array = prepare();
+        array.Copy(array);
+        array = *&array;
+        EXPECT_EQ(array, make_array<T>({ 1, 2, 3 }));
+    }
+}
+
+TYPED_TEST(ArrayOf, ResetsElementsThatComeBackIntoUse)
+{
+    using T = TypeParam;
+    auto array = make_array<T>({ 1, 2, 3, 4 });
+    array.SetSize(1);
+    array.SetSize(3);
+    EXPECT_EQ(array, make_array<T>({ 1, 0, 0 }));
+    array.RemoveAt(0, 3);
+    array.SetAtGrow(2, make<T>(5));
+    EXPECT_EQ(array, make_array<T>({ 0, 0, 5 }));
+    array.RemoveAll();
+    array.InsertAt(2, make<T>(6));
+    EXPECT_EQ(array, make_array<T>({ 0, 0, 6 }));
+}
+
+// --- Sizes and growth
+
+TEST(Array, GrowsByItsRule)
+{
+    struct Row {
+        int size;
+        int rule;
+        int capacity; // after one element more
+    };
+    for (Row const row : { Row { 100, 0, 112 }, { 10, 0, 14 }, { 39, 0, 43 }, { 40, 0, 45 },
+             { 8191, 0, 9214 }, { 8192, 0, 9216 }, { 20000, 0, 21024 }, { 16, -2, 32 },
+             { 1, -2, 2 }, { 10, 7, 17 }, { 10, 1, 11 }, { 10, -5, 11 } }) {
+        CXArray<int> array;
+        array.SetSize(row.size, 0);
+        ASSERT_EQ(array.GetCapacity(), row.size);
+        array.Add(1, row.rule);
+        EXPECT_EQ(array.GetCapacity(), row.capacity) << row.size << " by rule " << row.rule;
+        EXPECT_EQ(array.GetSize(), row.size + 1);
+    }
+}
+
+TEST(Array, TheFirstBlockHasRoomForTheRule)
+{
+    for (auto const &[rule, capacity] : { std::pair(50, 50), { 2, 3 }, { 0, 3 }, { -2, 3 } }) {
+        CXArray<int> array;
+        array.SetSize(3, rule);
+        EXPECT_EQ(array.GetCapacity(), capacity) << "rule " << rule;
+    }
+    CXArray<int> array;
+    array.SetSize(0, 50); // stored, no block yet
+    EXPECT_EQ(array.GetData(), nullptr);
+    EXPECT_EQ(array.Add(1), 0);
+    EXPECT_EQ(array.GetCapacity(), 50);
+    array.SetSize(200); // beyond capacity + rule
+    EXPECT_EQ(array.GetCapacity(), 200);
+    CXArray<int> copy(array);
+    copy.SetSize(201); // the rule is copied along
+    EXPECT_EQ(copy.GetCapacity(), 250);
+}
+
+TEST(Array, KeepsItsBlockUntilToldOtherwise)
+{
+    CXArray<int> array;
+    array.SetSize(10);
+    int const *const block = array.GetData();
+    array.SetSize(0);
+    EXPECT_EQ(array.GetData(), block);
+    array.SetSize(10);
+    array.RemoveAt(0, 10);
+    array.Copy(nullptr);
+    EXPECT_EQ(array.GetData(), block);
+    EXPECT_EQ(array.GetCapacity(), 10);
+    array.SetSize(0, 0);
+    EXPECT_EQ(array.GetData(), nullptr);
+    EXPECT_EQ(array.GetCapacity(), 0);
+}
+
+TEST(Array, EveryBadIndexOrSizeThrowsAndChangesNothing)
+{
+    auto array = make_array<int>({ 1, 2, 3 });
+    CXArray<int> const &constant = array;
+    std::function<void()> const calls[] = {
+        [&] { array.SetSize(-1); },
+        [&] { array.SetSize(-1, 0); },
+        [&] { array.SetAtGrow(-1, 0); },
+        [&] { array.SetAtGrow(INT_MAX, 0); },
+        [&] { array.InsertAt(-1, 0); },
+        [&] { array.InsertAt(0, 0, -1); },
+        [&] { array.InsertAt(-1, &array); },
+        [&] { array.InsertAt(INT_MAX, 0, 1); },
+        [&] { array.InsertAt(3, 0, INT_MAX); },
+        [&] { array.RemoveAt(3); },
+        [&] { array.RemoveAt(-1); },
+        [&] { array.RemoveAt(0, -1); },
+        [&] { array.RemoveAt(2, 2); },
+        [&] { array.RemoveAt(4, 0); },
+        [&] { array.RemoveAt(1, INT_MAX); },
+        [&] { array.GetAt(3); },
+        [&] { array.SetAt(3, 0); },
+        [&] { array.SetAt(-1, 0); },
+        [&] { array.ElementAt(INT_MIN); },
+        [&] { array[INT_MAX] = 1; },
+        [&] { static_cast<void>(constant[-1]); },
+        [&] { static_cast<void>(constant.GetAt(-1)); },
+    };
+    int number = 0;
+    for (auto const &call : calls) {
+        EXPECT_TRUE(throws_invalid_argument(call)) << "call " << number++;
+        ASSERT_EQ(array, make_array<int>({ 1, 2, 3 }));
+    }
+    array.RemoveAt(0, 0);
+    array.RemoveAt(3, 0);
+    array.InsertAt(100, 0, 0); // nothing to insert
+    array.RemoveAt(2, 1);
+    EXPECT_EQ(array, make_array<int>({ 1, 2 }));
+}
+
+TEST(Array, ACapacityBeyondIntThrowsInsteadOfWrapping)
+{
+    auto array = make_array<int>({ 1, 2, 3, 4 });
+    array.FreeExtra();
+    EXPECT_TRUE(throws_invalid_argument([&] { array.Add(5, INT_MAX); }));
+    EXPECT_EQ(array, make_array<int>({ 1, 2, 3, 4 }));
+    array.Add(5); // the rule that failed is forgotten
+    EXPECT_LT(array.GetCapacity(), 20);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they abort
+TEST(Array, ThrowsWhenMemoryIsExhausted)
+{
+    CXArray<std::array<char, 1 << 16>> array;
+    EXPECT_THROW(array.SetSize(INT_MAX), CXMemoryException *);
+    XDeleteThreadException();
+    EXPECT_EQ(array.GetCapacity(), 0);
+    array.Add({});
+    EXPECT_EQ(array.GetSize(), 1);
+}
+#endif
+
+// --- Elements that throw
+
+// Runs an operation on { 1 .. 6 } with a failure at each of its steps in turn.
+template <class T> void fail_everywhere(bool strong, std::function<void(CXArray<T> &)> const &run)
+{
+    for (bool const full : { true, false }) {
+        for (int step = 0;; ++step) {
+            auto array = make_array<T>({ 1, 2, 3, 4, 5, 6 });
+            if (full)
+                array.FreeExtra();
+            int const capacity = array.GetCapacity();
+            bool failed = false;
+            s_steps_left = step;
+            try {
+                run(array);
+            } catch (StepFailure const &) {
+                failed = true;
+            }
+            s_steps_left = INT_MAX;
+            if (!failed)
+                break;
+            ASSERT_EQ(array.GetSize(), 6);
+            ASSERT_EQ(s_alive, array.GetCapacity()) << "leaked or destroyed twice";
+            ASSERT_EQ(array.GetCapacity(), capacity);
+            if (strong) {
+                ASSERT_EQ(array, make_array<T>({ 1, 2, 3, 4, 5, 6 })) << "step " << step;
+            }
+        }
+        ASSERT_EQ(s_alive, 0);
+    }
+}
+
+template <class T> class ThrowingArray : public testing::Test {
+};
+using ThrowingTypes = testing::Types<SafeMover, RiskyMover, Copier>;
+TYPED_TEST_SUITE(ThrowingArray, ThrowingTypes);
+
+TYPED_TEST(ThrowingArray, IsUnchangedWhenAnElementThrows)
+{
+    using T = TypeParam;
+    using Array = CXArray<T>;
+    constexpr bool strong = true;
+    fail_everywhere<T>(strong, [](Array &array) { array.SetSize(9, 3); });
+    fail_everywhere<T>(strong, [](Array &array) { array.Add(T(7)); });
+    fail_everywhere<T>(strong, [](Array &array) { array.Add(array[2]); });
+    fail_everywhere<T>(strong, [](Array &array) { array.SetAtGrow(8, array[2]); });
+    fail_everywhere<T>(strong, [](Array &array) { array.InsertAt(0, array[2]); });
+    fail_everywhere<T>(strong, [](Array &array) { array.InsertAt(4, array[2], 3); });
+    fail_everywhere<T>(strong, [](Array &array) { array.InsertAt(9, array[2], 2); });
+    fail_everywhere<T>(strong, [](Array &array) { array.InsertAt(2, &array); });
+    fail_everywhere<T>(strong, [](Array &array) { array.FreeExtra(); });
+    fail_everywhere<T>(strong, [](Array &array) {
+        auto const longer = make_array<T>({ 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 });
+        array.Copy(longer);
+    });
+    fail_everywhere<T>(!strong, [](Array &array) { array.RemoveAt(1, 2); });
+}
+
+TEST(ThrowingArray, MovesElementsThatMoveSafely)
+{
+    auto array = make_array<SafeMover>({ 1, 2, 3, 4, 5, 6 });
+    s_copies = 0;
+    array.SetSize(100, -2);
+    array.RemoveAt(0);
+    array.FreeExtra();
+    array.Add(SafeMover(5));
+    EXPECT_EQ(s_copies, 0);
+    array.InsertAt(0, array[3]);
+    EXPECT_LE(s_copies, 1);
+
+    CXArray<std::unique_ptr<int>> owners; // cannot be copied at all
+    for (int i = 0; i < 50; ++i)
+        owners.Add(std::make_unique<int>(i));
+    owners.RemoveAt(0, 10);
+    owners.SetSize(60);
+    EXPECT_EQ(*owners[0], 10);
+    EXPECT_EQ(owners[59], nullptr);
+}
