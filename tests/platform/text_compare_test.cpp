@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/text_compare.h"
 #include "tests/support/oracle.h"
+#include "tests/support/scoped_locale.h"
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <map>
 
 using kor_test::OracleRow;
@@ -97,8 +97,8 @@ TEST(TextCompare, TextOfAnyLengthCollates)
 
 TEST(TextCompare, AnotherLocaleBringsItsOwnCaseMapping)
 {
-    if (!std::setlocale(LC_ALL, "C.UTF-8") && !std::setlocale(LC_ALL, "French_France.1252"))
-        GTEST_SKIP() << "no locale but C";
+    ScopedLocale const locale { "C.UTF-8", "French_France.1252" };
+    ASSERT_TRUE(locale);
     EXPECT_EQ(platform::to_lower(L'\x00C9'), L'\x00E9');
     EXPECT_EQ(platform::compare_no_case(L"\x00C9t\x00C9", L"\x00E9T\x00E9"), 0);
     for (std::size_t const length : { 254U, 255U, 256U, 100000U }) {
@@ -107,7 +107,6 @@ TEST(TextCompare, AnotherLocaleBringsItsOwnCaseMapping)
         EXPECT_EQ(platform::collate_no_case(small.c_str(), capital.c_str()), 0) << length;
         EXPECT_NE(platform::collate(small.c_str(), capital.c_str()), 0) << length;
     }
-    std::setlocale(LC_ALL, "C");
 }
 
 } // namespace

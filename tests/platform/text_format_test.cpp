@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/text_format.h"
 #include "tests/support/oracle.h"
+#include "tests/support/scoped_locale.h"
 
 #include <gtest/gtest.h>
 
@@ -256,6 +257,36 @@ TEST(TextFormat, PrecisionBoundsTextThatIsNotTerminated)
     wchar_t const wide_text[3] = { 'a', 'b', 'c' };
     EXPECT_EQ(narrow("%.3s %.3ls", narrow_text, wide_text), "abc abc");
     EXPECT_EQ(wide(L"%.3hs %.3s", narrow_text, wide_text), L"abc abc");
+}
+
+TEST(TextFormat, TextConvertsByTheLocale)
+{
+    ScopedLocale const locale { "C.UTF-8", "French_France.1252" };
+    ASSERT_TRUE(locale);
+    std::string const euro = MB_CUR_MAX > 1 ? "\xE2\x82\xAC" : "\x80";
+    std::string const two = euro + euro;
+    EXPECT_EQ(wide(L"[%hs|%6hs|%-4.1hs]", two.c_str(), two.c_str(), two.c_str()),
+        L"[\x20AC\x20AC|    \x20AC\x20AC|\x20AC   ]");
+    EXPECT_EQ(wide(L"[%.1hs]", (euro + "\x81").c_str()), L"[\x20AC]");
+    EXPECT_EQ(narrow("[%ls|%C|%8ls]", L"a\x20AC", 0x20AC, L"\x20AC"),
+        "[a" + euro + "|" + euro + "|" + std::string(8 - euro.size(), ' ') + euro + "]");
+    // A precision counts bytes and does not cut a character.
+    EXPECT_EQ(narrow("[%.*ls]", int(2 * euro.size()) - 1, L"\x20AC\x20AC"), "[" + euro + "]");
+    EXPECT_EQ(format("%ls", L"\xD800").length, -1);
+    if (euro.size() > 1) {
+        EXPECT_EQ(format(L"%hs", "ok\xE2\x82").length, -1);
+        EXPECT_EQ(kor_test::to_units(wide(L"[%4.2hs]", "\xF0\x9F\x98\x80z")), u"[  \U0001F600]");
+    }
+}
+
+TEST(TextFormat, DecimalPointIsThatOfTheLocale)
+{
+    // Not every system has one of these; Windows does.
+    ScopedLocale const locale { "fr_FR.UTF-8", "de_DE.UTF-8", "French_France.1252" };
+    std::string const point = std::localeconv()->decimal_point;
+    EXPECT_EQ(narrow("%.2f|%8.1e|%#.0f|%g", 1.5, 0.25, 2.0, 3.0),
+        "1" + point + "50| 2" + point + "5e-01|2" + point + "|3");
+    EXPECT_EQ(wide(L"%.1f", 1.5), L"1" + std::wstring(point.begin(), point.end()) + L"5");
 }
 
 TEST(TextFormat, ZeroIsACharacterLikeAnyOther)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/text_scan.h"
+#include "tests/support/scoped_locale.h"
 
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -249,6 +249,25 @@ TEST(TextScan, EndOfTextBeforeTheFirstConversionIsMinusOne)
     EXPECT_EQ(scan("1 ", "%d %d", &value, &value), 1);
     EXPECT_EQ(scan("a b", "a b%n", &value), 0);
     EXPECT_EQ(value, 3);
+}
+
+TEST(TextScan, TextAndNumbersFollowTheLocale)
+{
+    ScopedLocale const locale { "fr_FR.UTF-8", "C.UTF-8", "French_France.1252" };
+    ASSERT_TRUE(locale);
+    std::string const point = std::localeconv()->decimal_point;
+    std::string const euro = MB_CUR_MAX > 1 ? "\xE2\x82\xAC" : "\x80";
+    double value = 0;
+    wchar_t wide[4];
+    EXPECT_EQ(scan((euro + " 1" + point + "5").c_str(), "%ls%lf", wide, 4U, &value), 2);
+    EXPECT_STREQ(wide, L"\x20AC");
+    EXPECT_EQ(value, 1.5);
+    char bytes[8] = "";
+    for (unsigned size = 1; size <= 2 * euro.size() + 1; ++size) {
+        bool const fits = size > 2 * euro.size();
+        EXPECT_EQ(scan(L"\x20AC\x20AC", L"%hs", bytes, size), fits ? 1 : 0);
+        EXPECT_EQ(bytes, fits ? euro + euro : "");
+    }
 }
 
 TEST(TextScan, LiteralsAndDates)

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <regex>
+#include <cwctype>
 #include <string>
 #include <thread>
 
@@ -27,13 +27,19 @@ public:
 // turn, and how often %1 and the field separator occur.
 std::vector<std::wstring> get_placeholders(std::wstring const &text)
 {
-    static std::wregex const pattern(
-        L"%1(?![0-9a-zA-Z]|\\.[0-9*])|%[-+ 0#*.0-9]*(I64|I32|ll|hh|[hlwjzt])?[a-zA-Z%]|\\|");
     std::vector<std::wstring> directives;
     std::vector<std::wstring> others;
-    for (std::wsregex_iterator at(text.begin(), text.end(), pattern), end; at != end; ++at) {
-        std::wstring const found = at->str();
-        (found == L"%1" || found == L"|" ? others : directives).push_back(found);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == L'|')
+            others.emplace_back(L"|");
+        if (text[i] != L'%')
+            continue;
+        // Up to the letter; %1 has none, whatever stands behind it.
+        std::size_t const letter = text.find_first_not_of(L"-+0#*.123456789hlIwjzt", i + 1);
+        std::wstring const found = text.substr(i, letter - i + 1);
+        bool const is_name
+            = found.starts_with(L"%1") && !std::iswalpha(static_cast<wint_t>(found.back()));
+        (is_name ? others : directives).push_back(is_name ? L"%1" : found);
     }
     std::ranges::sort(others);
     directives.insert(directives.end(), others.begin(), others.end());
