@@ -50,8 +50,10 @@ inline std::size_t copy_ascii(U const *source, std::size_t length, T *target)
     using Unsigned = std::make_unsigned_t<U>;
     std::size_t i = 0;
     while (length - i >= 16 && is_ascii_block<16>(source + i)) {
+        T block[16]; // compilers cannot rule out that the target overlaps the source
         for (std::size_t k = 0; k < 16; ++k)
-            target[i + k] = static_cast<T>(source[i + k]);
+            block[k] = static_cast<T>(source[i + k]);
+        std::memcpy(target + i, block, sizeof block);
         i += 16;
     }
     while (i < length && static_cast<Unsigned>(source[i]) < 0x80) {
