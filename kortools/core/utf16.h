@@ -6,11 +6,10 @@
 //   for_each_utf16_unit(text, length, [&](char16_t unit) { hash = hash * 33 + unit; });
 #pragma once
 
+#include "kortools/core/count_equal.h"
 #include "kortools/platform/wide_text.h"
 
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 
 namespace kortools::core {
 
@@ -52,24 +51,6 @@ private:
     wchar_t const *m_end;
     char16_t m_low = 0; // the second half of the character before m_at, when it is still to come
 };
-
-// Number of leading characters that two texts of at least `length` characters have in common.
-inline std::size_t count_equal(wchar_t const *a, wchar_t const *b, std::size_t length)
-{
-    constexpr std::size_t block = 32 / sizeof(wchar_t);
-    std::size_t i = 0;
-    for (; length - i >= block; i += block) {
-        std::uint64_t words[8];
-        std::memcpy(words, a + i, 32);
-        std::memcpy(words + 4, b + i, 32);
-        if ((words[0] ^ words[4]) | (words[1] ^ words[5]) | (words[2] ^ words[6])
-            | (words[3] ^ words[7]))
-            break;
-    }
-    while (i < length && a[i] == b[i])
-        ++i;
-    return i;
-}
 
 // The order of two texts by their units, a text before its own continuations: negative, 0 or
 // positive. On Linux this is not the order of wide characters: FFFF comes after 10000.

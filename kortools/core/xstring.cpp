@@ -167,14 +167,6 @@ template <class T> int CXTString<T>::CompareText(View text) const
     return compare_texts(GetView(), text);
 }
 
-template <class T> bool CXTString<T>::EqualsText(View text) const
-{
-    View const own = GetView();
-    if (own.size() != text.size())
-        return false;
-    return own.empty() || std::memcmp(own.data(), text.data(), own.size() * sizeof(T)) == 0;
-}
-
 CXTString<char> kortools::core::quote(std::string_view text)
 {
     return quote_text(text);

@@ -32,6 +32,7 @@
 #include <concepts>
 #include <cstdarg>
 #include <cstddef>
+#include <cstring>
 #include <iosfwd>
 #include <string_view>
 #include <utility>
@@ -170,7 +171,12 @@ public:
     // differed: matches that begin inside the partly matched stretch are not seen, so
     // CXTString<char>("aaab").Find("aab") is -1. An empty text is never found. O(length).
 
-    int Find(T ch, int start = 0) const;
+    int Find(T ch, int start = 0) const
+    {
+        std::size_t const found
+            = GetView().find(ch, static_cast<std::size_t>(start < 0 ? 0 : start));
+        return found != View::npos ? static_cast<int>(found) : -1;
+    }
     int Find(T const *text, int start = 0, bool noCase = false) const;
     int FindNoCase(T ch, int start = 0) const;
     int FindNoCase(T const *text, int start = 0) const;
@@ -376,7 +382,12 @@ private:
     int FindInternalNoCase(T const *text, int start, bool endPosition) const;
     std::size_t LengthUpTo(int last) const;
     int CompareText(View text) const;
-    bool EqualsText(View text) const;
+    bool EqualsText(View text) const
+    {
+        View const own = GetView();
+        return own.size() == text.size()
+            && (own.empty() || std::memcmp(own.data(), text.data(), own.size() * sizeof(T)) == 0);
+    }
 
     CXTCharArray<T> m_text;
 };

@@ -13,7 +13,7 @@ namespace platform = kortools::platform;
 constexpr unsigned int ansi_page = 0;
 
 // Texts up to this length are converted in one pass, through the stack.
-constexpr std::size_t short_length = 512;
+constexpr std::size_t short_length = 2048;
 
 long long convert(std::string_view source, wchar_t *target, long long capacity)
 {

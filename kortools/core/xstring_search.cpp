@@ -21,6 +21,8 @@ template <class T> struct ExactCase {
     static T fold(T ch) { return ch; }
     static T const *find(T const *begin, T const *end, T ch)
     {
+        if (begin != end && *begin == ch)
+            return begin; // a run of the needle's first character
         T const *const found
             = std::char_traits<T>::find(begin, static_cast<std::size_t>(end - begin), ch);
         return found ? found : end;
@@ -124,15 +126,6 @@ std::size_t find_last(std::basic_string_view<T> text, std::basic_string_view<T> 
 }
 
 } // namespace
-
-template <class T> int CXTString<T>::Find(T ch, int start) const
-{
-    start = std::max(start, 0);
-    if (start >= GetLength())
-        return not_found;
-    T const *const found = ExactCase<T>::find(begin() + start, end(), ch);
-    return found != end() ? static_cast<int>(found - begin()) : not_found;
-}
 
 template <class T> int CXTString<T>::Find(T const *text, int start, bool noCase) const
 {

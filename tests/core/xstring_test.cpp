@@ -306,6 +306,23 @@ TYPED_TEST(XString, OrdersByUnsignedUnitsAndByLength)
     EXPECT_FALSE(k < null || k <= null || k > null || k >= null);
 }
 
+TYPED_TEST(XString, OrdersByTheFirstDifferenceWhereverItIs)
+{
+    using T = TypeParam;
+    for (std::size_t const length : { 1, 3, 5, 17, 33, 67, 300, 1100, 2100 }) {
+        std::basic_string<T> const base(length, T('m'));
+        for (std::size_t at = 0; at < length; at += 1 + length / 70) {
+            std::basic_string<T> lower = base;
+            lower[at] = T('l');
+            lower.back() = at + 1 < length ? T('z') : lower.back(); // a later one does not count
+            CXTString<T> const a = lower;
+            ASSERT_LT(a, CXTString<T>(base)) << length << ' ' << at;
+            ASSERT_GT(CXTString<T>(base), a) << length << ' ' << at;
+            ASSERT_NE(a, base);
+        }
+    }
+}
+
 TEST(XStringWide, OrdersCodePointsByTheirSurrogates)
 {
     // By UTF-16 unit: D800 < D83D DE00 < D83E < DC00 < E000 < FFFF.
