@@ -28,7 +28,7 @@ public:
     std::filesystem::path const &GetPath() const { return m_path; }
 
     // A path in the folder, as the library takes it on either system.
-    std::wstring GetFile(std::wstring const &name) const { return (m_path / name).wstring(); }
+    std::wstring GetFile(std::wstring const &name) const { return m_path.wstring() + L'/' + name; }
 
 private:
     std::filesystem::path m_path;
