@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "apps/kordump/layout.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+namespace kordump {
+namespace {
+
+struct TypeName {
+    std::string_view name;
+    FieldType type;
+    unsigned int size; // bytes, 0 when it varies
+};
+
+constexpr TypeName type_names[] = { { "bool", FieldType::Bool, 1 }, { "i8", FieldType::I8, 1 },
+    { "u8", FieldType::U8, 1 }, { "i16", FieldType::I16, 2 }, { "u16", FieldType::U16, 2 },
+    { "i32", FieldType::I32, 4 }, { "u32", FieldType::U32, 4 }, { "i64", FieldType::I64, 8 },
+    { "u64", FieldType::U64, 8 }, { "f32", FieldType::F32, 4 }, { "f64", FieldType::F64, 8 },
+    { "wchar", FieldType::WideChar, 2 }, { "count", FieldType::Count, 0 },
+    { "string", FieldType::String, 0 }, { "object", FieldType::Object, 0 } };
+
+TypeName const &find_type(FieldType type)
+{
+    return *std::find_if(std::begin(type_names), std::end(type_names),
+        [type](TypeName const &each) { return each.type == type; });
+}
+
+Field make_field(std::string name, std::string_view type)
+{
+    bool const array = type.ends_with("[]");
+    if (array)
+        type.remove_suffix(2);
+    for (TypeName const &each : type_names) {
+        if (each.name == type)
+            return { std::move(name), each.type, array };
+    }
+    throw std::runtime_error("unknown type '" + std::string(type) + "'");
+}
+
+std::vector<std::string> split_words(std::string_view line)
+{
+    std::istringstream stream { std::string(line.substr(0, line.find('#'))) };
+    return { std::istream_iterator<std::string>(stream), {} };
+}
+
+unsigned int parse_schema(std::string const &word)
+{
+    unsigned int schema = 0;
+    auto const [end, error] = std::from_chars(word.data(), word.data() + word.size(), schema);
+    if (error != std::errc() || end != word.data() + word.size() || schema > 0xFFFF)
+        throw std::runtime_error("'" + word + "' is no schema number");
+    return schema;
+}
+
+} // namespace
+
+unsigned int get_plain_size(FieldType type)
+{
+    return find_type(type).size;
+}
+
+std::string_view get_type_name(FieldType type)
+{
+    return find_type(type).name;
+}
+
+void LayoutTable::Parse(std::string_view text)
+{
+    Layout *current = nullptr;
+    std::istringstream stream { std::string(text) };
+    int number = 0;
+    for (std::string line; std::getline(stream, line);) {
+        ++number;
+        try {
+            std::vector<std::string> const words = split_words(line);
+            if (words.empty())
+                continue;
+            bool const has_base = words.size() == 5 && words[3] == ":";
+            if (words[0] == "class" && (words.size() == 3 || has_base)) {
+                Layout layout { words[1], parse_schema(words[2]), {} };
+                if (has_base) {
+                    auto const base = std::find_if(m_layouts.begin(), m_layouts.end(),
+                        [&](auto const &each) { return each.first.first == words[4]; });
+                    if (base == m_layouts.end())
+                        throw std::runtime_error("unknown base class '" + words[4] + "'");
+                    layout.fields = base->second.fields;
+                }
+                current = &(m_layouts[{ layout.name, layout.schema }] = layout);
+            } else if (current != nullptr && words.size() == 2) {
+                current->fields.push_back(make_field(words[0], words[1]));
+            } else {
+                throw std::runtime_error("expected 'class NAME SCHEMA [: BASE]' or 'FIELD TYPE'");
+            }
+        } catch (std::runtime_error const &error) {
+            throw std::runtime_error("line " + std::to_string(number) + ": " + error.what());
+        }
+    }
+}
+
+Layout const *LayoutTable::Find(std::string const &name, unsigned int schema) const
+{
+    auto const found = m_layouts.find({ name, schema });
+    return found == m_layouts.end() ? nullptr : &found->second;
+}
+
+std::vector<Field> LayoutTable::ParseFields(std::string_view text)
+{
+    std::vector<Field> fields;
+    for (std::string const &word : split_words(text))
+        fields.push_back(make_field("", word));
+    return fields;
+}
+
+std::string_view const scene_layouts = R"(
+class CSceneFolder 1
+    path                string
+class CSceneFormat 1
+    name                string
+    kind                string
+class CSceneAsset 1
+    name                string
+    size                u64
+    modified            i64
+    folder              object
+    format              object
+class CSceneBitmap 1 : CSceneAsset
+    width               u32
+    height              u32
+    bits_per_pixel      u16
+    top_down            bool
+class CSceneMesh 1 : CSceneAsset
+    vertices            u64
+    normals             u64
+    texture_coordinates u64
+    faces               u64
+    minimum_x           f64
+    maximum_x           f64
+    minimum_y           f64
+    maximum_y           f64
+    minimum_z           f64
+    maximum_z           f64
+    groups              string[]
+class CScene 1
+    folders             object[]
+    formats             object[]
+    assets              object[]
+)";
+
+} // namespace kordump

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// Layouts: what the objects of a class write into an archive, field by field. An archive does not
+// say this itself, so kordump reads it from a text like
+//
+//   class CPoint 1          # name and schema number
+//       x      f64
+//       label  string
+//   class CPath 2 : CPoint  # its base writes first
+//       parent object       # a reference to any object
+//       points object[]     # a count, then the elements
+//
+// Types: bool i8 u8 i16 u16 i32 u32 i64 u64 f32 f64 wchar count string object, each also with [].
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace kordump {
+
+enum class FieldType {
+    Bool,
+    I8,
+    U8,
+    I16,
+    U16,
+    I32,
+    U32,
+    I64,
+    U64,
+    F32,
+    F64,
+    WideChar,
+    Count,
+    String,
+    Object
+};
+
+// Bytes of a plain value; 0 for the types whose size varies.
+unsigned int get_plain_size(FieldType type);
+std::string_view get_type_name(FieldType type);
+
+struct Field {
+    std::string name;
+    FieldType type;
+    bool array;
+};
+
+struct Layout {
+    std::string name;
+    unsigned int schema = 0;
+    std::vector<Field> fields; // those of the base first
+};
+
+class LayoutTable {
+public:
+    // Adds the layouts of a text. Throws std::runtime_error with the line number for a bad one.
+    // A class given again replaces the one before.
+    void Parse(std::string_view text);
+
+    // Null when the class is not known with this schema.
+    Layout const *Find(std::string const &name, unsigned int schema) const;
+
+    // The fields of "u32 string object[]", for what lies in an archive outside any object.
+    static std::vector<Field> ParseFields(std::string_view text);
+
+private:
+    std::map<std::pair<std::string, unsigned int>, Layout> m_layouts;
+};
+
+// The classes that scoutrix writes.
+extern std::string_view const scene_layouts;
+
+} // namespace kordump

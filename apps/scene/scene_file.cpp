@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "apps/scene/scene_file.h"
+
+#include "apps/common/console.h"
+#include "kortools/archive/archive.h"
+#include "kortools/archive/file.h"
+#include "kortools/platform/file_system.h"
+
+#include <filesystem>
+
+namespace scoutrix {
+namespace {
+
+constexpr unsigned int buffer_size = 64 * 1024;
+
+std::filesystem::path get_native(Text const &path)
+{
+    std::string const native
+        = kortools::platform::to_native_path(static_cast<std::wstring_view>(path));
+    return std::filesystem::path(std::u8string(native.begin(), native.end()));
+}
+
+void write_scene(CScene const &scene, Text const &path)
+{
+    CXFile file(path, CXFile::modeCreate | CXFile::modeWrite | CXFile::shareExclusive, true);
+    CXArchive archive(&file, CXArchive::store, buffer_size);
+    archive << &scene;
+    archive.Close();
+    file.Flush(); // on the disk before it replaces an earlier scene
+    file.Close();
+}
+
+// What an archive's complaint means to somebody who opened a file.
+wchar_t const *explain(CXArchiveException::ArchiveExceptionType cause)
+{
+    switch (cause) {
+    case CXArchiveException::endOfFile:
+        return L"the scene is cut";
+    case CXArchiveException::badSchema:
+        return L"the scene was written by another version";
+    default:
+        return L"not a scene, or a damaged one";
+    }
+}
+
+} // namespace
+
+std::unique_ptr<CScene> load_scene(Text const &path)
+{
+    CXFile file(true);
+    CXFileException error;
+    if (!file.Open(path, CXFile::modeRead | CXFile::shareDenyWrite, &error))
+        kor_apps::fail(error.GetErrorMessage());
+    CXArchive archive(&file, CXArchive::load, buffer_size);
+    std::unique_ptr<CScene> scene;
+    Text problem;
+    try {
+        CScene *loaded = nullptr;
+        archive >> loaded;
+        scene.reset(loaded);
+    } catch (CXArchiveException *exception) {
+        problem = explain(exception->GetCause());
+        exception->Delete();
+        archive.DeleteOrphans();
+    } catch (...) {
+        archive.DeleteOrphans();
+        throw;
+    }
+    if (problem.IsEmpty() && scene == nullptr)
+        problem = L"not a scene";
+    else if (problem.IsEmpty() && archive.GetBytesLeft() != 0)
+        problem = L"not a scene: something follows it";
+    if (!problem.IsEmpty())
+        kor_apps::fail(path + L": " + problem);
+    return scene;
+}
+
+void save_scene(CScene const &scene, Text const &path)
+{
+    Text const temporary = path + L".tmp";
+    try {
+        write_scene(scene, temporary);
+    } catch (...) {
+        std::error_code ignored;
+        std::filesystem::remove(get_native(temporary), ignored);
+        throw;
+    }
+    std::error_code error;
+    std::filesystem::rename(get_native(temporary), get_native(path), error);
+    if (error)
+        kor_apps::fail(path + L": the scene could not be replaced; it was written as " + temporary);
+}
+
+} // namespace scoutrix

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "apps/scoutrix/importer.h"
+
+#include "kortools/archive/file.h"
+#include "kortools/platform/file_system.h"
+
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+
+namespace scoutrix {
+namespace {
+
+struct Format {
+    wchar_t const *name;
+    wchar_t const *kind;
+    std::unique_ptr<CSceneAsset> (*import)(ImportSource const &source);
+};
+
+constexpr Format bmp_format = { L"Windows Bitmap", L"bitmap", import_bmp };
+constexpr Format png_format = { L"Portable Network Graphics", L"bitmap", import_png };
+constexpr Format obj_format = { L"Wavefront OBJ", L"mesh", import_obj };
+
+Format const &find_format(ImportSource const &source)
+{
+    unsigned char head[8] = {};
+    unsigned int const size = source.file.Read(head, sizeof head);
+    if (size == 0)
+        source.Fail(L"the file is empty");
+    if (std::memcmp(head, "BM", 2) == 0)
+        return bmp_format;
+    if (std::memcmp(head, "\x89PNG", 4) == 0)
+        return png_format;
+    if (std::memchr(head, 0, size) != nullptr)
+        source.Fail(L"not a file of a known kind (BMP, PNG or Wavefront OBJ)");
+    return obj_format;
+}
+
+// Seconds since 1970 UTC.
+long long get_modification_time(std::filesystem::path const &path)
+{
+    using namespace std::chrono;
+    auto const written = std::filesystem::last_write_time(path);
+    auto const system = file_clock::to_sys(written);
+    return floor<seconds>(system).time_since_epoch().count();
+}
+
+std::filesystem::path get_native(Text const &path)
+{
+    auto const native = kortools::platform::to_native_path(std::wstring_view(path));
+    return std::filesystem::path(std::u8string(native.begin(), native.end()));
+}
+
+} // namespace
+
+void ImportSource::Fail(wchar_t const *reason) const
+{
+    kor_apps::fail(name + L": " + reason);
+}
+
+void ImportSource::Read(unsigned long long offset, void *target, unsigned int size) const
+{
+    file.Seek(static_cast<long long>(offset), CXFile::begin);
+    if (file.Read(target, size) != size)
+        Fail(L"the file is cut");
+}
+
+std::unique_ptr<CSceneAsset> import_file(
+    Text const &path, CScene &scene, kor_apps::ProgressLine &progress)
+{
+    CXFile file(true);
+    CXFileException error;
+    if (!file.Open(path, CXFile::modeRead | CXFile::shareDenyWrite, &error))
+        kor_apps::fail(error.GetErrorMessage());
+    ImportSource const source { file, path, progress };
+    Format const &format = find_format(source);
+    file.Seek(0, CXFile::begin);
+    std::unique_ptr<CSceneAsset> asset = format.import(source);
+
+    std::filesystem::path const native = std::filesystem::absolute(get_native(path));
+    asset->m_name = file.GetFileName();
+    asset->m_size = file.GetLength();
+    asset->m_modified = get_modification_time(native);
+    asset->m_format = scene.GetFormat(format.name, format.kind);
+    std::u8string const folder = native.parent_path().u8string();
+    asset->m_folder = scene.GetFolder(kortools::platform::from_native_path(
+        std::string_view(reinterpret_cast<char const *>(folder.data()), folder.size())));
+    return asset;
+}
+
+} // namespace scoutrix
