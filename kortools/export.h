@@ -17,8 +17,14 @@
 // KOR_EXTERN_TEMPLATE(CXTString<char>); after the definition of an exported class template (which
 // carries KORTOOLS_API) tells that the library has this instantiation. On Windows it says nothing:
 // a DLL does not export inline members, so the users of the header must make their own.
+//
+// A class template that users instantiate, too, does not carry KORTOOLS_API. The one instantiation
+// that is exported has KOR_EXTERN_TEMPLATE(KORTOOLS_API CHashMap<int, int, int>); in the header and
+// KOR_EXPORT_TEMPLATE(CHashMap<int, int, int>); in the source.
 #if defined(_WIN32)
 #define KOR_EXTERN_TEMPLATE(...) static_assert(true)
+#define KOR_EXPORT_TEMPLATE(...) template class KORTOOLS_API __VA_ARGS__
 #else
 #define KOR_EXTERN_TEMPLATE(...) extern template class __VA_ARGS__
+#define KOR_EXPORT_TEMPLATE(...) template class __VA_ARGS__
 #endif
