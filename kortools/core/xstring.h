@@ -29,6 +29,7 @@
 #include "kortools/export.h"
 
 #include <climits>
+#include <compare>
 #include <concepts>
 #include <cstdarg>
 #include <cstddef>
@@ -152,7 +153,8 @@ public:
     T operator[](int index) const { return GetAt(index); }
     template <std::integral I> T operator[](I index) const
     {
-        return std::cmp_less(index, INT_MAX) ? GetAt(static_cast<int>(index)) : T();
+        long long const wide_index = static_cast<long long>(index);
+        return IsIndex(wide_index) ? m_text[wide_index] : T();
     }
 
     // The address of a character; that of the terminating zero when `index` is outside the text.
@@ -214,6 +216,10 @@ public:
     int Insert(int position, T ch); // the new length; the position is clamped to the text
     int Insert(int position, T const *text);
     int Insert(int position, CXTString const &text) { return InsertText(position, text.GetView()); }
+    template <kortools::core::ForeignText<T> S> int Insert(int position, S const &text)
+    {
+        return InsertText(position, kortools::core::view_of<T>(text));
+    }
     int Delete(int position, int count = 1); // the new length; nothing for a bad position
 
     // Replace up to `count` occurrences (negative: all) that begin before `limit`, a position in
@@ -279,6 +285,10 @@ public:
 
     int Compare(CXTString const &text) const { return CompareText(text.GetView()); }
     int Compare(T const *text) const;
+    template <kortools::core::ForeignText<T> S> int Compare(S const &text) const
+    {
+        return CompareText(kortools::core::view_of<T>(text));
+    }
 
     // The rest compares up to the first zero, with the rules of the C runtime: case by the current
     // locale, order by its LC_COLLATE.
@@ -288,52 +298,25 @@ public:
 
     bool operator==(CXTString const &text) const { return EqualsText(text.GetView()); }
     bool operator==(T const *text) const;
-    bool operator==(std::nullptr_t) const { return IsEmpty(); }
     template <kortools::core::ForeignText<T> S> bool operator==(S const &text) const
     {
         return EqualsText(kortools::core::view_of<T>(text));
     }
 
+    // Unordered, so that <, <=, > and >= are false, when an operand is null or a detached string.
+    std::partial_ordering operator<=>(CXTString const &text) const
+    {
+        return OrderText(text.GetView());
+    }
+    std::partial_ordering operator<=>(T const *text) const { return OrderText(ViewOf(text)); }
+    template <kortools::core::ForeignText<T> S>
+    std::partial_ordering operator<=>(S const &text) const
+    {
+        return Compare(text) <=> 0;
+    }
+
     void Swap(CXTString &other) noexcept { m_text.Swap(other.m_text); }
     friend void swap(CXTString &a, CXTString &b) noexcept { a.Swap(b); }
-
-    // False when the right operand is null or a detached string.
-    friend bool operator<(CXTString const &a, CXTString const &b)
-    {
-        return b.m_text.GetData() && a.Compare(b) < 0;
-    }
-    friend bool operator<(CXTString const &a, T const *b) { return b && a.Compare(b) < 0; }
-    friend bool operator<(T const *a, CXTString const &b)
-    {
-        return b.m_text.GetData() && 0 < b.Compare(a);
-    }
-    friend bool operator<=(CXTString const &a, CXTString const &b)
-    {
-        return b.m_text.GetData() && a.Compare(b) <= 0;
-    }
-    friend bool operator<=(CXTString const &a, T const *b) { return b && a.Compare(b) <= 0; }
-    friend bool operator<=(T const *a, CXTString const &b)
-    {
-        return b.m_text.GetData() && 0 <= b.Compare(a);
-    }
-    friend bool operator>(CXTString const &a, CXTString const &b)
-    {
-        return b.m_text.GetData() && a.Compare(b) > 0;
-    }
-    friend bool operator>(CXTString const &a, T const *b) { return b && a.Compare(b) > 0; }
-    friend bool operator>(T const *a, CXTString const &b)
-    {
-        return b.m_text.GetData() && 0 > b.Compare(a);
-    }
-    friend bool operator>=(CXTString const &a, CXTString const &b)
-    {
-        return b.m_text.GetData() && a.Compare(b) >= 0;
-    }
-    friend bool operator>=(CXTString const &a, T const *b) { return b && a.Compare(b) >= 0; }
-    friend bool operator>=(T const *a, CXTString const &b)
-    {
-        return b.m_text.GetData() && 0 >= b.Compare(a);
-    }
 
     friend CXTString operator+(CXTString const &a, CXTString const &b)
     {
@@ -354,6 +337,11 @@ public:
     {
         return { a.GetView(), kortools::core::view_of<T>(b) };
     }
+    template <kortools::core::ForeignText<T> S>
+    friend CXTString operator+(S const &a, CXTString const &b)
+    {
+        return { kortools::core::view_of<T>(a), b.GetView() };
+    }
 
     // A number is not a character; nor is this the sum of a pointer and an offset.
     template <std::integral I>
@@ -362,7 +350,7 @@ public:
         = delete;
 
 private:
-    bool IsIndex(int index) const
+    bool IsIndex(long long index) const
     {
         return static_cast<unsigned long long>(index)
             < static_cast<unsigned long long>(m_text.GetLength());
@@ -382,6 +370,12 @@ private:
     int FindInternalNoCase(T const *text, int start, bool endPosition) const;
     std::size_t LengthUpTo(int last) const;
     int CompareText(View text) const;
+    std::partial_ordering OrderText(View text) const
+    {
+        if (!text.data() || !m_text.GetData())
+            return std::partial_ordering::unordered;
+        return CompareText(text) <=> 0;
+    }
     bool EqualsText(View text) const
     {
         View const own = GetView();

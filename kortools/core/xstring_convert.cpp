@@ -39,16 +39,17 @@ char const *as_narrow(unsigned char const *text)
 
 // A converted text of up to short_length characters, before it has a block.
 template <class T> struct ShortText {
-    // No character of any page needs more: four bytes, or as many wide characters as bytes.
+    // Enough for every page without shift sequences: four bytes for a character, or as many wide
+    // characters as bytes.
     static constexpr long long capacity = short_length * (sizeof(T) == 1 ? 4 : 1);
 
     explicit ShortText(std::basic_string_view<kortools::core::other_char_t<T>> source)
-        : length(std::max(0LL, convert(source, characters, capacity)))
+        : length(convert(source, characters, capacity))
     {
     }
 
     T characters[capacity];
-    long long length;
+    long long length; // -1 when the conversion failed
 };
 
 template <class T>
@@ -64,10 +65,12 @@ CXTCharArray<T> convert_long(std::basic_string_view<kortools::core::other_char_t
 
 template <class T> CXTCharArray<T> CXTString<T>::Converted(std::basic_string_view<Other> text)
 {
-    if (text.size() > short_length)
-        return convert_long<T>(text);
-    ShortText<T> const converted(text);
-    return CXTCharArray<T>(converted.characters, converted.length);
+    if (text.size() <= short_length) {
+        ShortText<T> const converted(text);
+        if (converted.length >= 0)
+            return CXTCharArray<T>(converted.characters, converted.length);
+    }
+    return convert_long<T>(text);
 }
 
 template <class T>
@@ -75,10 +78,12 @@ CXTString<T> &CXTString<T>::ReplaceTail(long long start, std::basic_string_view<
 {
     if (text.size() <= short_length) {
         ShortText<T> const converted(text);
-        m_text.SetLength(start + converted.length);
-        std::char_traits<T>::copy(m_text.GetData() + start, converted.characters,
-            static_cast<std::size_t>(converted.length));
-        return *this;
+        if (converted.length >= 0) {
+            m_text.SetLength(start + converted.length);
+            std::char_traits<T>::copy(m_text.GetData() + start, converted.characters,
+                static_cast<std::size_t>(converted.length));
+            return *this;
+        }
     }
     long long const length = std::max(0LL, convert(text, static_cast<T *>(nullptr), 0));
     m_text.SetLength(start + length);

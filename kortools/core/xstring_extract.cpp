@@ -5,6 +5,7 @@
 #include "kortools/core/character_set.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 

@@ -90,7 +90,8 @@ template <class T> void CXTString<T>::AppendFormat(unsigned int id, ...)
 
 template <class T> bool CXTString<T>::LoadString(unsigned int id)
 {
-    *this = xLoadString(id);
+    CXTString const text = xLoadString(id);
+    AssignText(text.GetView()); // into the block there is
     return !IsEmpty();
 }
 

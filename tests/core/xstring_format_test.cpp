@@ -152,7 +152,7 @@ TEST(XStringConversion, GoesThroughTheAnsiCodePage)
     for (auto const &each : cases) {
         AnsiPage const page(each.page);
         // Around the length up to which the conversion goes through the stack.
-        for (int const padding : { 0, 5, 500, 509, 510, 511, 512, 3000 }) {
+        for (int const padding : { 0, 5, 500, 2043, 2044, 2045, 2046, 2047, 2048, 7000 }) {
             std::size_t const count = static_cast<std::size_t>(padding);
             std::wstring const wide = std::wstring(count, L'-') + each.wide;
             std::string const narrow = std::string(count, '-') + each.narrow;

@@ -264,6 +264,7 @@ TYPED_TEST(XString, ReadsZeroAndWritesNothingOutsideTheText)
     EXPECT_EQ(text[std::size_t(1)], T('b'));
     EXPECT_EQ(text[far], T());
     EXPECT_EQ(text[-1LL], T());
+    EXPECT_EQ(text['\1'], T('b'));
     EXPECT_EQ(*text.GetAtPtr(1), T('b'));
     for (int const index : { -1, 2, 3, INT_MIN, INT_MAX }) {
         EXPECT_EQ(text.GetAt(index), T()) << index;
@@ -304,6 +305,7 @@ TYPED_TEST(XString, OrdersByUnsignedUnitsAndByLength)
     EXPECT_TRUE(k < m && k <= m && m > k && m >= k && !(k > m) && !(k >= m) && !(m < k));
     T const *const null = nullptr;
     EXPECT_FALSE(k < null || k <= null || k > null || k >= null);
+    EXPECT_GT(k, PlatformText<T>(lit<T>(""))); // empty, not null
 }
 
 TYPED_TEST(XString, OrdersByTheFirstDifferenceWhereverItIs)
@@ -360,7 +362,12 @@ TEST(XStringUse, ReadsLikeOrdinaryCode)
     EXPECT_EQ(s + L"b" + L'c' + s + 'd', L"xbcxd");
     EXPECT_EQ(L"a" + s, L"ax");
     EXPECT_EQ(L'a' + s, L"ax");
-    EXPECT_EQ(s + standard + PlatformText<wchar_t>(L"p"), L"xxp");
+    PlatformText<wchar_t> const platform(L"p");
+    EXPECT_EQ(s + standard + platform, L"xxp");
+    EXPECT_EQ(platform + s, L"px");
+    EXPECT_TRUE(s > platform && platform < s && s >= standard && L"w" < s && L"y" >= s);
+    EXPECT_LT(s.Compare(PlatformText<wchar_t>(L"y")), 0);
+    EXPECT_EQ(CXTString<wchar_t>(s).Insert(1, platform), 2);
     EXPECT_EQ((CXTString<char>("a") + "b" + 'c'), "abc");
     EXPECT_EQ(std::wcslen(s), 1u);
     wchar_t const literal[] = L"in";
