@@ -6,7 +6,9 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
-set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+if(NOT WIN32) # there it would leave the inline members of exported classes out of the DLL
+    set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+endif()
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
@@ -65,6 +67,8 @@ function(kor_test area name)
     endif()
     target_link_libraries(${target} PRIVATE kor_test_support kor_options kor_warnings
                           ${arg_LIBRARIES})
+    # Optimizing a test takes longer than running it.
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
     # A relative path: the Windows programs would not take a Linux one for absolute.
     add_test(NAME ${name} COMMAND ${target} --gtest_output=xml:../test-results/${name}.xml)
     set_tests_properties(${name} PROPERTIES LABELS ${area} TIMEOUT 300)

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// The whole library in one include. These headers, and what they include, are the public ones: they
+// are installed, the others are not.
+#pragma once
+
+#include "kortools/export.h"
+
+#include "kortools/core/array.h"
+#include "kortools/core/char_array.h"
+#include "kortools/core/conversion.h"
+#include "kortools/core/critical_section.h"
+#include "kortools/core/hash_map.h"
+#include "kortools/core/string_encoding.h"
+#include "kortools/core/throw.h"
+#include "kortools/core/xstring.h"
+
+#include "kortools/text/string_table.h"
+
+#include "kortools/archive/archive.h"
+#include "kortools/archive/exception.h"
+#include "kortools/archive/file.h"
+#include "kortools/archive/mem_file.h"
+#include "kortools/archive/runtime_class.h"
+
+// Settings of the layer below, for applications: the ANSI page, drives and shares, message boxes.
+#include "kortools/platform/code_pages.h"
+#include "kortools/platform/file_system.h"
+#include "kortools/platform/message_box.h"
+#include "kortools/platform/os_error.h"
