@@ -10,6 +10,8 @@
 #include "kortools/core/conversion.h"
 #include "kortools/core/critical_section.h"
 #include "kortools/core/hash_map.h"
+#include "kortools/core/hash_table.h"
+#include "kortools/core/int_map.h"
 #include "kortools/core/string_encoding.h"
 #include "kortools/core/throw.h"
 #include "kortools/core/xstring.h"
