@@ -39,6 +39,13 @@ template <class Call> bool succeeds(Call const &call)
 
 } // namespace
 
+// The DLL exports only constants that are defined out of the class.
+constexpr unsigned int CXArchive::default_buffer_size;
+constexpr unsigned int CXArchive::minimum_buffer_size;
+constexpr unsigned int CXArchive::no_schema;
+constexpr unsigned long long CXArchive::unknown_size;
+constexpr unsigned int CXArchive::max_object_depth;
+
 CXArchive::CXArchive(CXFile *file, unsigned int mode, unsigned int bufferSize, void *buffer)
     : m_file(file)
     , m_mode(mode)

@@ -264,8 +264,10 @@ private:
     unsigned long long ReadLargeCount();
     void WriteNarrow(char const *text, std::size_t length, xStringEncoding encoding);
     void WriteWide(wchar_t const *text, std::size_t length);
+    bool WriteShortWide(wchar_t const *text, std::size_t length);
     void ReadNarrow(unsigned long long length, CXTCharArray<char> &text);
     void ReadWide(unsigned long long length, CXTCharArray<wchar_t> &text);
+    bool ReadShortWide(CXTCharArray<wchar_t> &text);
     std::size_t FillUnits(unsigned long long most, unsigned long long length);
 
     unsigned int TakeIndex();

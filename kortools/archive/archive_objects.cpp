@@ -129,6 +129,20 @@ using kortools::archive::LoadArray;
 using kortools::archive::ObjectScope;
 using kortools::archive::StoreMap;
 
+inline StoreMap &CXArchive::GetStoreMap()
+{
+    if (!m_storeMap) [[unlikely]]
+        m_storeMap = std::make_unique<StoreMap>();
+    return *m_storeMap;
+}
+
+inline LoadArray &CXArchive::GetLoadArray()
+{
+    if (!m_loadArray) [[unlikely]]
+        m_loadArray = std::make_unique<LoadArray>();
+    return *m_loadArray;
+}
+
 // --- storing
 
 CXArchive &CXArchive::operator<<(CXObject const *object)
@@ -176,13 +190,6 @@ void CXArchive::WriteClass(CXRuntimeClass const *runtimeClass)
     }
     map.m_lastClass = runtimeClass;
     map.m_lastClassIndex = index;
-}
-
-StoreMap &CXArchive::GetStoreMap()
-{
-    if (!m_storeMap)
-        m_storeMap = std::make_unique<StoreMap>();
-    return *m_storeMap;
 }
 
 unsigned int CXArchive::TakeIndex()
@@ -300,13 +307,6 @@ void CXArchive::LoadClass()
         Throw(CXArchiveException::badSchema);
     TakeIndex();
     GetLoadArray().add_class({ runtimeClass, schema });
-}
-
-LoadArray &CXArchive::GetLoadArray()
-{
-    if (!m_loadArray)
-        m_loadArray = std::make_unique<LoadArray>();
-    return *m_loadArray;
 }
 
 void CXArchive::SerializeClass(CXRuntimeClass const *runtimeClass)

@@ -22,6 +22,8 @@ constexpr unsigned short mark_utf8 = 0xFFFD;
 constexpr unsigned short mark_fourth = 0xFFFC;
 constexpr unsigned short lowest_mark = mark_fourth;
 constexpr unsigned short large_count = 0xFFFF;
+constexpr unsigned char short_wide_head[] = { 0xFF, 0xFE, 0xFF, 0 }; // the mark and the length
+constexpr std::size_t longest_character = 4;                         // bytes of UTF-16
 
 // 0 for an encoding that is not marked.
 unsigned short mark_of(xStringEncoding encoding)
@@ -228,23 +230,44 @@ void CXArchive::WriteString(wchar_t const *text, xStringEncoding encoding)
 
 void CXArchive::WriteNarrow(char const *text, std::size_t length, xStringEncoding encoding)
 {
+    if (length < long_length && mark_of(encoding) == 0 && HasRoom(1 + length)) {
+        *m_current = static_cast<unsigned char>(length);
+        std::copy_n(text, length, m_current + 1);
+        m_current += 1 + length;
+        return;
+    }
     WriteStringLength(length, encoding);
     Write(text, length);
 }
 
+// Most strings are short: in one pass, where there is room for the worst case.
+bool CXArchive::WriteShortWide(wchar_t const *text, std::size_t length)
+{
+    if (length >= long_length || !HasRoom(sizeof short_wide_head + longest_character * length))
+        return false;
+    std::size_t const count = copy_to_utf16(text, length, m_current + sizeof short_wide_head);
+    if (count >= long_length)
+        return false;
+    std::memcpy(m_current, short_wide_head, sizeof short_wide_head);
+    m_current[sizeof short_wide_head - 1] = static_cast<unsigned char>(count);
+    m_current += sizeof short_wide_head + 2 * count;
+    return true;
+}
+
 void CXArchive::WriteWide(wchar_t const *text, std::size_t length)
 {
+    if (WriteShortWide(text, length))
+        return;
     std::size_t const count = count_utf16_units(text, length);
     WriteStringLength(count, xEncodingUTF16);
     if constexpr (kortools::platform::wide_is_utf16) {
         Write(text, length * 2);
         return;
     }
-    constexpr std::size_t longest = 4; // bytes of a character
     while (length != 0) {
-        if (!HasRoom(longest))
-            MakeRoom(longest);
-        std::size_t const part = std::min(length, GetRest() / longest);
+        if (!HasRoom(longest_character))
+            MakeRoom(longest_character);
+        std::size_t const part = std::min(length, GetRest() / longest_character);
         m_current += 2 * copy_to_utf16(text, part, m_current);
         text += part;
         length -= part;
@@ -270,9 +293,11 @@ CXArchive &CXArchive::operator>>(CXTString<char> &value)
 
 CXArchive &CXArchive::operator>>(CXTString<wchar_t> &value)
 {
+    CXTCharArray<wchar_t> &text = value;
+    if (ReadShortWide(text))
+        return *this;
     xStringEncoding encoding;
     unsigned long long const length = ReadStringLength(encoding);
-    CXTCharArray<wchar_t> &text = value;
     if (encoding == xEncodingUTF16) {
         ReadWide(length, text);
     } else if (encoding == xEncodingMarked && length != 0) {
@@ -301,7 +326,23 @@ void CXArchive::ReadNarrow(unsigned long long length, CXTCharArray<char> &text)
     }
 }
 
-// The same for UTF-16 units.
+// The record that WriteShortWide() makes, if it comes next and lies in the window.
+bool CXArchive::ReadShortWide(CXTCharArray<wchar_t> &text)
+{
+    constexpr std::size_t head = sizeof short_wide_head;
+    if (!HasUnread(head) || std::memcmp(m_current, short_wide_head, head - 1) != 0)
+        return false;
+    std::size_t const units = m_current[head - 1];
+    if (units == long_length || !HasUnread(head + 2 * units))
+        return false;
+    text.SetLength(static_cast<long long>(units));
+    std::size_t const count = copy_from_utf16(m_current + head, units, text.GetData());
+    text.SetLength(static_cast<long long>(length_before_zero(text.GetData(), count)));
+    m_current += head + 2 * units;
+    return true;
+}
+
+// The same as ReadNarrow() for UTF-16 units.
 void CXArchive::ReadWide(unsigned long long length, CXTCharArray<wchar_t> &text)
 {
     StringFiller<wchar_t> filler(text);
