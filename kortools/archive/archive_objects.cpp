@@ -7,6 +7,7 @@
 
 #include "kortools/archive/archive.h"
 #include "kortools/archive/exception.h"
+#include "kortools/core/throw.h"
 #include "kortools/platform/stack.h"
 
 #include <algorithm>
@@ -39,13 +40,14 @@ namespace kortools::archive {
 
 unsigned int StoreMap::find(void const *address) const
 {
-    auto const found = m_indices.find(address);
-    return found != m_indices.end() ? found->second : 0;
+    unsigned int const *const index = m_indices.Find(address);
+    return index ? *index : 0;
 }
 
 void StoreMap::insert(void const *address, unsigned int index)
 {
-    m_indices.emplace(address, index);
+    if (m_indices.Insert(address, index) == 0)
+        kortools::core::throw_out_of_memory(); // the map says nothing else of it
 }
 
 void LoadArray::add_class(LoadedClass const &loaded)
