@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Runs of ASCII characters: found, widened and narrowed many at a time, in loops of a fixed length
-// that compilers turn into vector instructions.
+// over local blocks, which compilers turn into vector instructions.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -10,57 +11,58 @@
 
 namespace kortools::platform {
 
-// True when all `Count` characters are below 0x80. The caller owns at least that many.
-template <std::size_t Count, class T> inline bool is_ascii_block(T const *text)
+// Converts `count` characters to another width; narrowing cuts.
+template <std::size_t count, class T, class U> inline void copy_block(T const *source, U *target)
 {
-    if constexpr (sizeof(T) == 1) {
-        static_assert(Count % 8 == 0);
-        std::uint64_t all = 0;
-        for (std::size_t i = 0; i < Count; i += 8) {
-            std::uint64_t word;
-            std::memcpy(&word, text + i, 8);
-            all |= word;
-        }
-        return (all & 0x8080808080808080U) == 0;
-    } else {
-        std::make_unsigned_t<T> all = 0;
-        for (std::size_t i = 0; i < Count; ++i)
-            all |= static_cast<std::make_unsigned_t<T>>(text[i]);
-        return (all & ~static_cast<std::make_unsigned_t<T>>(0x7F)) == 0;
-    }
+    T from[count]; // a copy, since for all the compiler knows the two texts overlap
+    std::memcpy(from, source, sizeof from);
+    for (std::size_t i = 0; i < count; ++i)
+        target[i] = static_cast<U>(from[i]);
 }
 
-// Number of leading ASCII characters of `text`.
-template <class T> inline std::size_t count_ascii(T const *text, std::size_t length)
+// True when all `count` characters are below 0x80. The caller owns at least that many.
+template <std::size_t count, class T> inline bool is_ascii_block(T const *text)
 {
-    using Unsigned = std::make_unsigned_t<T>;
-    std::size_t i = 0;
-    while (length - i >= 16 && is_ascii_block<16>(text + i))
-        i += 16;
-    while (i < length && static_cast<Unsigned>(text[i]) < 0x80)
-        ++i;
-    return i;
+    static_assert(count * sizeof(T) % 8 == 0);
+    constexpr std::uint64_t not_ascii = sizeof(T) == 1 ? 0x8080808080808080U
+        : sizeof(T) == 2                               ? 0xFF80FF80FF80FF80U
+                                                       : 0xFFFFFF80FFFFFF80U;
+    auto const *const bytes = reinterpret_cast<unsigned char const *>(text);
+    std::uint64_t all = 0;
+    for (std::size_t i = 0; i < count * sizeof(T); i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, bytes + i, 8);
+        all |= word;
+    }
+    return (all & not_ascii) == 0;
 }
 
 // Copies the leading ASCII characters of `source` to `target`, which has room for `length`, and
-// returns how many there were.
+// returns how many there were. With a null `target` only counts.
 template <class T, class U>
-inline std::size_t copy_ascii(U const *source, std::size_t length, T *target)
+inline std::size_t copy_ascii(T const *source, std::size_t length, U *target)
 {
-    using Unsigned = std::make_unsigned_t<U>;
+    constexpr std::size_t block = 16;
     std::size_t i = 0;
-    while (length - i >= 16 && is_ascii_block<16>(source + i)) {
-        T block[16]; // compilers cannot rule out that the target overlaps the source
-        for (std::size_t k = 0; k < 16; ++k)
-            block[k] = static_cast<T>(source[i + k]);
-        std::memcpy(target + i, block, sizeof block);
-        i += 16;
+    for (; length - i >= block && is_ascii_block<block>(source + i); i += block) {
+        if (target)
+            copy_block<block>(source + i, target + i);
     }
-    while (i < length && static_cast<Unsigned>(source[i]) < 0x80) {
-        target[i] = static_cast<T>(source[i]);
-        ++i;
+    std::size_t const stop = std::min(length, i + block);
+    for (; i < stop && static_cast<std::make_unsigned_t<T>>(source[i]) < 0x80; ++i) {
+        if (target)
+            target[i] = static_cast<U>(source[i]);
     }
     return i;
+}
+
+template <class T> inline std::size_t count_ascii(T const *text, std::size_t length)
+{
+    constexpr std::size_t block = 64;
+    std::size_t i = 0;
+    while (length - i >= block && is_ascii_block<block>(text + i))
+        i += block;
+    return i + copy_ascii(text + i, length - i, static_cast<char *>(nullptr));
 }
 
 } // namespace kortools::platform

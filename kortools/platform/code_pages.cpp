@@ -25,41 +25,37 @@ unsigned int resolve(unsigned int page)
     return page == oem_page ? get_system_oem_code_page() : page;
 }
 
-// What is left of `capacity` behind `used` characters, as the services take it.
-int room_behind(long long capacity, std::size_t used)
+// A caller's capacity as a number of characters that may be added to a pointer: no more than
+// `most`, all that can be needed.
+std::size_t usable_room(long long capacity, long long most)
 {
-    return static_cast<int>(
-        std::clamp<long long>(capacity - static_cast<long long>(used), 0, INT_MAX));
+    return static_cast<std::size_t>(std::clamp(capacity, 0LL, most));
 }
 
 // The shape that both directions share: ASCII first, then the system for what is left.
 template <class Source, class Target>
-long long convert(unsigned int page, Source const *source, long long size, Target *target,
-    long long capacity, long long (*convert_rest)(unsigned int, Source const *, int, Target *, int))
+long long convert(unsigned int number, Source const *source, long long size, Target *target,
+    long long capacity,
+    long long (*convert_rest)(SystemCodePage const &, Source const *, int, Target *, int))
 {
+    SystemCodePage page;
+    if (!find_system_code_page(number, page))
+        return -1;
     auto const length = static_cast<std::size_t>(size);
     std::size_t done = 0;
-    if (is_ascii_based(page)) {
-        auto const room = static_cast<std::size_t>(std::clamp<long long>(capacity, 0, size));
-        done = target ? copy_ascii(source, room, target) : count_ascii(source, length);
+    if (page.is_ascii_based) {
+        done = target ? copy_ascii(source, usable_room(capacity, size), target)
+                      : count_ascii(source, length);
     }
     if (done == length)
         return size;
+    auto const room = usable_room(capacity - static_cast<long long>(done), INT_MAX);
     long long const rest = convert_rest(page, source + done, static_cast<int>(length - done),
-        target ? target + done : nullptr, room_behind(capacity, done));
+        target ? target + done : nullptr, static_cast<int>(room));
     return rest < 0 ? -1 : static_cast<long long>(done) + rest;
 }
 
 } // namespace
-
-bool is_ascii_based(unsigned int page)
-{
-    static constexpr unsigned int pages[] = { 437, 720, 737, 775, 850, 852, 855, 857, 858, 860, 861,
-        862, 863, 864, 865, 866, 869, 874, 932, 936, 949, 950, 1250, 1251, 1252, 1253, 1254, 1255,
-        1256, 1257, 1258, 10000, 10006, 10007, 10029, 10081, 20127, 20866, 21866, 28591, 28592,
-        28593, 28594, 28595, 28596, 28597, 28598, 28599, 28603, 28605, 51932, 51936, 51949, 54936 };
-    return std::binary_search(std::begin(pages), std::end(pages), page);
-}
 
 unsigned int get_ansi_code_page()
 {
@@ -69,7 +65,10 @@ unsigned int get_ansi_code_page()
 
 bool set_ansi_code_page(unsigned int page)
 {
-    if (page == oem_page || page == thread_ansi_page || !is_code_page(page))
+    SystemCodePage known;
+    bool const is_usable = page == 0 || page == utf8_code_page
+        || (find_system_code_page(page, known) && known.is_ascii_based);
+    if (!is_usable)
         return false;
     s_ansi_override.store(page, std::memory_order_relaxed);
     return true;
@@ -78,35 +77,39 @@ bool set_ansi_code_page(unsigned int page)
 bool is_code_page(unsigned int page)
 {
     page = resolve(page);
-    return page == utf8_code_page || has_system_code_page(page);
+    SystemCodePage known;
+    return page == utf8_code_page || find_system_code_page(page, known);
 }
 
 long long narrow_to_wide(
     unsigned int page, char const *source, long long size, wchar_t *target, long long capacity)
 {
     page = resolve(page);
-    if (size < 0 || size > INT_MAX || !is_code_page(page))
+    if (size < 0 || size > INT_MAX)
         return -1;
-    if (size == 0)
-        return 0;
     if (page != utf8_code_page)
         return convert(page, source, size, target, capacity, convert_from_code_page);
-    return decode_utf8(source, static_cast<std::size_t>(size), target,
-        static_cast<std::size_t>(std::max(capacity, 0LL)));
+    return decode_utf8(source, static_cast<std::size_t>(size), target, usable_room(capacity, size));
+}
+
+long long estimate_wide_length(unsigned int page, char const *source, long long size)
+{
+    page = resolve(page);
+    if (page != utf8_code_page || size < 0 || size > INT_MAX)
+        return narrow_to_wide(page, source, size, nullptr, 0);
+    return static_cast<long long>(count_utf8_starts(source, static_cast<std::size_t>(size)));
 }
 
 long long wide_to_narrow(
     unsigned int page, wchar_t const *source, long long length, char *target, long long capacity)
 {
     page = resolve(page);
-    if (length < 0 || length > INT_MAX || !is_code_page(page))
+    if (length < 0 || length > INT_MAX)
         return -1;
-    if (length == 0)
-        return 0;
     if (page != utf8_code_page)
         return convert(page, source, length, target, capacity, convert_to_code_page);
-    return encode_utf8(source, static_cast<std::size_t>(length), target,
-        static_cast<std::size_t>(std::max(capacity, 0LL)));
+    return encode_utf8(
+        source, static_cast<std::size_t>(length), target, usable_room(capacity, 4 * length));
 }
 
 } // namespace kortools::platform

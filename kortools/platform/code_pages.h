@@ -20,7 +20,7 @@ inline constexpr unsigned int utf8_code_page = 65001;
 KORTOOLS_API unsigned int get_ansi_code_page();
 
 // Makes `page` the ANSI page of this process, for data written under another one; 0 returns to
-// the system's. False, and no change, when the page does not exist.
+// the system's. False, and no change, when the page does not exist or does not contain ASCII.
 KORTOOLS_API bool set_ansi_code_page(unsigned int page);
 
 bool is_code_page(unsigned int page);
@@ -30,6 +30,10 @@ bool is_code_page(unsigned int page);
 // larger than INT_MAX, or `capacity` (characters) is too small. Writes no terminator.
 long long narrow_to_wide(
     unsigned int page, char const *source, long long size, wchar_t *target, long long capacity);
+
+// The number of wide characters that narrow_to_wide() gives, sooner than by measuring; of malformed
+// text it may give more. -1 as above.
+long long estimate_wide_length(unsigned int page, char const *source, long long size);
 
 // The mirror image: `length` wide characters to bytes.
 long long wide_to_narrow(

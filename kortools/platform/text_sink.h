@@ -1,62 +1,52 @@
 // SPDX-License-Identifier: MIT
 // Where a conversion puts its characters. A conversion is written once, over either sink: one
-// counts, the other stores while there is room.
+// counts, the other stores. Neither checks: a conversion asks for the room of many characters at
+// once, so that its inner loop need not.
 #pragma once
 
 #include "kortools/platform/ascii_text.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 namespace kortools::platform {
 
 template <class T> class CountingSink {
 public:
-    bool put(T) { return put_count(1); }
+    using Element = T;
 
-    // Takes the leading ASCII characters of `source`; returns how many.
-    template <class U> std::size_t put_ascii(U const *source, std::size_t length)
+    std::size_t get_room() const { return SIZE_MAX; }
+    bool has_room(std::size_t) const { return true; }
+    void put(T) { ++m_count; }
+
+    // Puts the first `used` of `count` characters; needs room for `count`.
+    template <std::size_t count, class U> void put_block(U const *, std::size_t used)
     {
-        std::size_t const count = count_ascii(source, length);
-        m_count += count;
-        return count;
+        m_count += used;
     }
     std::size_t get_count() const { return m_count; }
 
 private:
-    bool put_count(std::size_t count)
-    {
-        m_count += count;
-        return true;
-    }
     std::size_t m_count = 0;
 };
 
 template <class T> class StoringSink {
 public:
+    using Element = T;
+
     StoringSink(T *target, std::size_t capacity)
         : m_begin(target)
         , m_at(target)
         , m_end(target + capacity)
     {
     }
-
-    // False when there is no room.
-    bool put(T ch)
+    std::size_t get_room() const { return static_cast<std::size_t>(m_end - m_at); }
+    bool has_room(std::size_t count) const { return get_room() >= count; }
+    void put(T ch) { *m_at++ = ch; }
+    template <std::size_t count, class U> void put_block(U const *source, std::size_t used)
     {
-        if (m_at == m_end)
-            return false;
-        *m_at++ = ch;
-        return true;
-    }
-
-    // Stops at the end of the room too; the next put() then reports it.
-    template <class U> std::size_t put_ascii(U const *source, std::size_t length)
-    {
-        auto const room = static_cast<std::size_t>(m_end - m_at);
-        std::size_t const count = copy_ascii(source, std::min(length, room), m_at);
-        m_at += count;
-        return count;
+        copy_block<count>(source, m_at);
+        m_at += used;
     }
     std::size_t get_count() const { return static_cast<std::size_t>(m_at - m_begin); }
 
@@ -66,7 +56,7 @@ private:
     T *m_end;
 };
 
-// Runs `conversion`, a callable that takes either sink and returns false when the sink is full.
+// Runs `conversion`, a callable that takes either sink and returns false when there is no room.
 // With a null `target` only counts. Returns the number of characters, or -1.
 template <class T, class Conversion>
 long long run_into_sink(T *target, std::size_t capacity, Conversion conversion)

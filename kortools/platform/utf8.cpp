@@ -1,20 +1,18 @@
 // SPDX-License-Identifier: MIT
+// Both directions have a fast loop, for well-formed text, and a careful one that does the rest.
 #include "kortools/platform/utf8.h"
 
-#include "kortools/platform/text_sink.h"
-#include "kortools/platform/wide_text.h"
+#include "kortools/platform/ascii_text.h"
+#include "kortools/platform/utf8_runs.h"
+
+#include <algorithm>
 
 namespace kortools::platform {
 namespace {
 
-struct Decoded {
-    char32_t ch;
-    std::size_t size; // bytes
-};
-
 // The sequence that starts at `at`, whose first byte is not ASCII. The second byte alone decides
 // whether a sequence is overlong, a surrogate or above 10FFFF: such a sequence ends before it.
-Decoded decode_sequence(unsigned char const *at, unsigned char const *end)
+Utf8Sequence decode_sequence(unsigned char const *at, unsigned char const *end)
 {
     unsigned const lead = at[0];
     if (lead < 0xC2 || lead > 0xF4)
@@ -34,71 +32,158 @@ Decoded decode_sequence(unsigned char const *at, unsigned char const *end)
     return { ch, length };
 }
 
-template <class Sink> bool put_character(Sink &sink, char32_t ch)
+// The well-formed sequence in the low bytes of `word`; size 0 when there is none.
+inline Utf8Sequence decode_word(std::uint32_t word)
 {
-    if (wide_is_utf16 && ch > 0xFFFF) {
-        return sink.put(static_cast<wchar_t>(high_surrogate_of(ch)))
-            && sink.put(static_cast<wchar_t>(low_surrogate_of(ch)));
+    if ((word & 0xC0E0) == 0x80C0 && (word & 0x1E) != 0)
+        return { (word & 0x1F) << 6 | (word >> 8 & 0x3F), 2 };
+    if ((word & 0xC0C0F0) == 0x8080E0) {
+        char32_t const ch = (word & 0xF) << 12 | (word >> 2 & 0xFC0) | (word >> 16 & 0x3F);
+        return { ch, ch >= 0x800 && !is_surrogate(ch) ? 3U : 0U };
     }
-    return sink.put(static_cast<wchar_t>(ch));
+    if ((word & 0xC0C0C0F8) == 0x808080F0) {
+        char32_t const ch
+            = (word & 7) << 18 | (word << 4 & 0x3F000) | (word >> 10 & 0xFC0) | (word >> 24 & 0x3F);
+        return { ch, ch > 0xFFFF && ch <= last_character ? 4U : 0U };
+    }
+    return { 0, 0 };
 }
 
+// False when there is no room.
 template <class Sink> bool decode(char const *source, std::size_t size, Sink &sink)
 {
     auto const *at = reinterpret_cast<unsigned char const *>(source);
     auto const *const end = at + size;
-    while (at != end) {
-        if (*at < 0x80) {
-            std::size_t const count = sink.put_ascii(at, static_cast<std::size_t>(end - at));
-            if (count == 0)
-                return false; // no room
-            at += count;
-            continue;
-        }
-        Decoded const next = decode_sequence(at, end);
-        if (!put_character(sink, next.ch))
+    while (true) {
+        at = decode_utf8_runs(at, end, sink, decode_word);
+        if (at == end)
+            return true;
+        Utf8Sequence const next = *at < 0x80 ? Utf8Sequence { *at, 1 } : decode_sequence(at, end);
+        if (!sink.has_room(wide_is_utf16 && next.ch > 0xFFFF ? 2 : 1))
             return false;
+        put_character(sink, next.ch);
         at += next.size;
     }
-    return true;
 }
 
-template <class Sink> bool put_bytes(Sink &sink, char32_t ch)
+// The bytes of one character, 1 to 4; `target` has room for 4.
+inline std::size_t encode_one(char32_t ch, char *target)
 {
-    auto const trail
-        = [&](int shift) { return sink.put(static_cast<char>(0x80 | (ch >> shift & 0x3F))); };
-    if (ch < 0x800)
-        return sink.put(static_cast<char>(0xC0 | ch >> 6)) && trail(0);
-    if (ch < 0x10000)
-        return sink.put(static_cast<char>(0xE0 | ch >> 12)) && trail(6) && trail(0);
-    return sink.put(static_cast<char>(0xF0 | ch >> 18)) && trail(12) && trail(6) && trail(0);
+    if (ch < 0x80) {
+        *target = static_cast<char>(ch);
+        return 1;
+    }
+    auto const store = [&](std::uint32_t bytes) { std::memcpy(target, &bytes, sizeof bytes); };
+    if (ch < 0x800) {
+        store(0x80C0 | ch >> 6 | (ch & 0x3F) << 8);
+        return 2;
+    }
+    if (ch < 0x10000) {
+        store(0x8080E0 | ch >> 12 | (ch << 2 & 0x3F00) | (ch & 0x3F) << 16);
+        return 3;
+    }
+    store(0x808080F0 | ch >> 18 | (ch >> 4 & 0x3F00) | (ch << 10 & 0x3F0000) | (ch & 0x3F) << 24);
+    return 4;
 }
 
-template <class Sink> bool encode(wchar_t const *source, std::size_t length, Sink &sink)
+// The character at `at`, which it moves behind it: pairs are joined, what has no UTF-8 is replaced.
+inline char32_t take_character(wchar_t const *&at, wchar_t const *end)
 {
-    wchar_t const *at = source;
-    wchar_t const *const end = source + length;
-    while (at != end) {
-        auto ch = static_cast<char32_t>(*at);
-        if (ch < 0x80) {
-            std::size_t const count = sink.put_ascii(at, static_cast<std::size_t>(end - at));
-            if (count == 0)
-                return false; // no room
-            at += count;
+    auto const ch = static_cast<char32_t>(*at++);
+    if (ch < 0xD800)
+        return ch;
+    if (is_high_surrogate(ch) && at != end && is_low_surrogate(static_cast<char32_t>(*at)))
+        return join_surrogates(ch, static_cast<char32_t>(*at++));
+    return is_surrogate(ch) || ch > last_character ? replacement_character : ch;
+}
+
+// Number of low surrogates in [start, stop) that follow a high one.
+std::uint32_t count_pairs(wchar_t const *source, std::size_t start, std::size_t stop)
+{
+    std::uint32_t pairs = 0;
+    for (std::size_t i = start; i < stop; ++i) {
+        pairs += is_high_surrogate(static_cast<char32_t>(source[i - 1]))
+            && is_low_surrogate(static_cast<char32_t>(source[i]));
+    }
+    return pairs;
+}
+
+std::size_t measure_encoded(wchar_t const *source, std::size_t length)
+{
+    constexpr std::size_t chunk = std::size_t { 1 } << 20; // so that the sums fit 32 bits
+    std::size_t const ascii = count_ascii(source, length);
+    std::size_t size = ascii;
+    for (std::size_t start = ascii; start < length; start += chunk) {
+        std::size_t const stop = std::min(length, start + chunk);
+        std::uint32_t bytes = 0;
+        std::uint32_t surrogates = 0;
+        for (std::size_t i = start; i < stop; ++i) {
+            auto const ch = static_cast<std::uint32_t>(source[i]);
+            bytes += 1U + (ch >= 0x80) + (ch >= 0x800)
+                + (!wide_is_utf16 && ch - 0x10000 <= last_character - 0x10000);
+            surrogates |= is_surrogate(ch);
+        }
+        if (surrogates != 0) // three bytes for each half by now, and four for both
+            bytes -= 2 * count_pairs(source, std::max<std::size_t>(start, 1), stop);
+        size += bytes;
+    }
+    return size;
+}
+
+// The fast loop: stops near the end of either text.
+void encode_runs(wchar_t const *&at, wchar_t const *end, char *&out, char const *out_end)
+{
+    constexpr std::ptrdiff_t block = 16;
+    while (end - at >= block && out_end - out >= block) {
+        if (is_ascii_block<block>(at)) {
+            copy_block<block>(at, out);
+            at += block;
+            out += block;
             continue;
         }
-        ++at;
-        if (is_high_surrogate(ch) && at != end && is_low_surrogate(static_cast<char32_t>(*at)))
-            ch = join_surrogates(ch, static_cast<char32_t>(*at++));
-        else if (is_surrogate(ch) || ch > last_character)
-            ch = replacement_character;
-        if (!put_bytes(sink, ch))
-            return false;
+        if (out_end - out < 4 * block)
+            return;
+        for (auto const *const stop = at + block; at < stop;) {
+            auto const ch = static_cast<char32_t>(*at);
+            if (ch < 0x80) {
+                *out++ = static_cast<char>(ch);
+                ++at;
+            } else if (ch < 0x800) {
+                auto const bytes
+                    = static_cast<std::uint16_t>(0x80C0 | ch >> 6 | (ch & 0x3F) << 8);
+                std::memcpy(out, &bytes, sizeof bytes);
+                out += sizeof bytes;
+                ++at;
+            } else {
+                out += encode_one(take_character(at, end), out);
+            }
+        }
     }
-    return true;
 }
 
 } // namespace
+
+std::size_t count_utf8_starts(char const *source, std::size_t size)
+{
+    constexpr std::size_t lanes = 16;
+    constexpr std::size_t rounds = 255; // a lane of eight bits can take that many
+    std::size_t count = count_ascii(source, size);
+    std::size_t i = count;
+    while (size - i >= lanes) {
+        std::uint8_t sums[lanes] = {};
+        std::size_t const stop = i + std::min((size - i) / lanes, rounds) * lanes;
+        for (; i < stop; i += lanes) {
+            for (std::size_t k = 0; k < lanes; ++k)
+                sums[k] = static_cast<std::uint8_t>(
+                    sums[k] + (static_cast<signed char>(source[i + k]) >= -64));
+        }
+        for (std::uint8_t const sum : sums)
+            count += sum;
+    }
+    for (; i < size; ++i)
+        count += static_cast<signed char>(source[i]) >= -64;
+    return count;
+}
 
 long long decode_utf8(char const *source, std::size_t size, wchar_t *target, std::size_t capacity)
 {
@@ -107,8 +192,23 @@ long long decode_utf8(char const *source, std::size_t size, wchar_t *target, std
 
 long long encode_utf8(wchar_t const *source, std::size_t length, char *target, std::size_t capacity)
 {
-    return run_into_sink(
-        target, capacity, [&](auto &sink) { return encode(source, length, sink); });
+    if (!target)
+        return static_cast<long long>(measure_encoded(source, length));
+    wchar_t const *at = source;
+    wchar_t const *const end = source + length;
+    char *out = target;
+    char *const out_end = target + capacity;
+    encode_runs(at, end, out, out_end);
+    while (at != end && out_end - out >= 4)
+        out += encode_one(take_character(at, end), out);
+    while (at != end) {
+        char bytes[4];
+        std::size_t const count = encode_one(take_character(at, end), bytes);
+        if (static_cast<std::size_t>(out_end - out) < count)
+            return -1;
+        out = std::copy_n(bytes, count, out);
+    }
+    return out - target;
 }
 
 } // namespace kortools::platform

@@ -14,4 +14,8 @@ long long decode_utf8(char const *source, std::size_t size, wchar_t *target, std
 long long encode_utf8(
     wchar_t const *source, std::size_t length, char *target, std::size_t capacity);
 
+// Number of bytes that are not in the middle of a sequence: the number of characters of a
+// well-formed text, at most that of any other. Takes a fraction of the time of measuring.
+std::size_t count_utf8_starts(char const *source, std::size_t size);
+
 } // namespace kortools::platform

@@ -12,10 +12,16 @@ enum class PageKind {
     Converter, // longer or stateful: converted by the converter itself
 };
 
+enum class PageBase {
+    Ascii, // the bytes 00 to 7F are ASCII wherever a character starts, and encode nothing else
+    Other, // stateful pages, EBCDIC and national variants
+};
+
 struct CodePageEntry {
     unsigned int page;
     char const *converter; // its name in ICU
     PageKind kind;
+    PageBase base;
     char16_t default_character; // what a malformed or unassigned pair decodes to
 };
 

@@ -35,15 +35,17 @@ unsigned int get_system_oem_code_page()
     return get_system_ansi_code_page();
 }
 
-bool has_system_code_page(unsigned int page)
+bool find_system_code_page(unsigned int page, SystemCodePage &result)
 {
-    return find_code_page(page) != nullptr;
+    auto const *const entry = find_code_page(page);
+    result = { page, entry, entry && entry->base == PageBase::Ascii };
+    return entry != nullptr;
 }
 
 long long convert_from_code_page(
-    unsigned int page, char const *source, int size, wchar_t *target, int capacity)
+    SystemCodePage const &page, char const *source, int size, wchar_t *target, int capacity)
 {
-    CodePageEntry const &entry = *find_code_page(page);
+    auto const &entry = *static_cast<CodePageEntry const *>(page.entry);
     if (entry.kind == PageKind::Converter)
         return decode_with_converter(entry, source, size, target, capacity);
     auto const *const table = CodePageTable::get(entry);
@@ -53,9 +55,9 @@ long long convert_from_code_page(
 }
 
 long long convert_to_code_page(
-    unsigned int page, wchar_t const *source, int length, char *target, int capacity)
+    SystemCodePage const &page, wchar_t const *source, int length, char *target, int capacity)
 {
-    CodePageEntry const &entry = *find_code_page(page);
+    auto const &entry = *static_cast<CodePageEntry const *>(page.entry);
     if (entry.kind == PageKind::Converter)
         return encode_with_converter(entry, source, length, target, capacity);
     auto const *const table = CodePageTable::get(entry);

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/posix/code_page_table.h"
 
-#include "kortools/platform/code_page_service.h"
 #include "kortools/platform/text_sink.h"
+#include "kortools/platform/wide_text.h"
 
 #include <unicode/ucnv.h>
 #include <unicode/uset.h>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <mutex>
@@ -46,6 +47,13 @@ std::uint16_t encode_one(UConverter *converter, char16_t ch)
     return static_cast<std::uint16_t>(count == 1 ? byte(0) : byte(0) << 8 | byte(1));
 }
 
+template <class Sink> void put_bytes(Sink &sink, std::uint16_t bytes)
+{
+    if (bytes > 0xFF)
+        sink.put(static_cast<char>(bytes >> 8));
+    sink.put(static_cast<char>(bytes & 0xFF));
+}
+
 // What `size` bytes decode to when they are one character below 10000; 0 otherwise.
 char16_t decode_one(UConverter *converter, char const *bytes, int size, UErrorCode &error)
 {
@@ -83,10 +91,11 @@ CodePageTable::CodePageTable(CodePageEntry const &entry, UConverter *converter)
     read_single_bytes(converter);
     read_pairs(converter, entry.default_character);
     read_characters(converter);
-    if (is_ascii_based(entry.page))
+    if (entry.base == PageBase::Ascii)
         keep_ascii();
     if (auto const *const corrections = find_corrections(entry.page))
         apply(*corrections);
+    return_single_bytes();
 }
 
 void CodePageTable::read_single_bytes(UConverter *converter)
@@ -147,17 +156,22 @@ void CodePageTable::keep_ascii()
 
 void CodePageTable::apply(CodePageCorrections const &corrections)
 {
-    auto const &bytes = corrections.bytes;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
-        m_single[bytes[i]] = bytes[i + 1];
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        // A character that two bytes stand for keeps the one it has.
-        std::uint16_t const known = get_bytes(bytes[i + 1]);
-        if (known > 0xFF || m_single[known] != bytes[i + 1])
-            set_bytes(bytes[i + 1], bytes[i]);
-    }
+    for (std::size_t i = 0; i + 1 < corrections.bytes.size(); i += 2)
+        m_single[corrections.bytes[i]] = corrections.bytes[i + 1];
+    return_single_bytes(); // substitutes may be among them
     for (std::size_t i = 0; i + 1 < corrections.substitutes.size(); i += 2)
         set_bytes(corrections.substitutes[i], get_bytes(corrections.substitutes[i + 1]));
+}
+
+// A character that some byte stands for is encoded as a byte that stands for it.
+void CodePageTable::return_single_bytes()
+{
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        std::uint16_t const known = get_bytes(m_single[byte]);
+        bool const comes_back = known > 0xFF || m_single[known] == m_single[byte];
+        if (m_pairs[byte] == 0 && !comes_back)
+            set_bytes(m_single[byte], static_cast<std::uint16_t>(byte));
+    }
 }
 
 std::uint16_t CodePageTable::get_bytes(char32_t ch) const
@@ -181,12 +195,17 @@ bool CodePageTable::decode(char const *source, std::size_t size, Sink &sink) con
     auto const *at = reinterpret_cast<unsigned char const *>(source);
     auto const *const end = at + size;
     while (at != end) {
-        unsigned char const byte = *at++;
-        char16_t ch = m_single[byte];
-        if (is_lead(byte) && at != end && *at != 0)
-            ch = m_pair_blocks[(m_pairs[byte] - 1U) * 256 + *at++];
-        if (!sink.put(static_cast<wchar_t>(ch)))
+        // A byte gives at most one character.
+        std::size_t const batch = std::min(static_cast<std::size_t>(end - at), sink.get_room());
+        if (batch == 0)
             return false;
+        for (auto const *const stop = at + batch; at < stop;) {
+            unsigned char const byte = *at++;
+            char16_t ch = m_single[byte];
+            if (m_pairs[byte] != 0 && at != end && *at != 0)
+                ch = m_pair_blocks[(m_pairs[byte] - 1U) * 256 + *at++];
+            sink.put(static_cast<wchar_t>(ch));
+        }
     }
     return true;
 }
@@ -194,32 +213,63 @@ bool CodePageTable::decode(char const *source, std::size_t size, Sink &sink) con
 template <class Sink>
 bool CodePageTable::encode(wchar_t const *source, std::size_t length, Sink &sink) const
 {
-    for (std::size_t i = 0; i < length; ++i) {
-        auto const ch = static_cast<char32_t>(source[i]);
-        if (ch > 0xFFFF) { // two units elsewhere, and neither is in any page
-            auto const mark = static_cast<char>(m_question_mark);
-            if (!sink.put(mark) || !sink.put(mark))
-                return false;
-            continue;
-        }
-        std::uint16_t const bytes = get_bytes(ch);
-        if (bytes > 0xFF && !sink.put(static_cast<char>(bytes >> 8)))
-            return false;
-        if (!sink.put(static_cast<char>(bytes & 0xFF)))
-            return false;
+    // In locals, since for all the compiler knows the sink writes over the members.
+    auto const *const blocks = m_blocks.data();
+    auto const *const bytes = m_bytes.data();
+    auto const two_marks = static_cast<std::uint16_t>(m_question_mark << 8 | m_question_mark);
+    auto const get = [&](wchar_t wide) {
+        auto const ch = static_cast<char32_t>(wide);
+        if (ch > 0xFFFF) [[unlikely]] // two units elsewhere, and neither is in any page
+            return ch <= last_character ? two_marks : m_question_mark;
+        return bytes[blocks[ch >> 8] * std::size_t { 256 } + (ch & 0xFF)];
+    };
+    std::size_t i = 0;
+    while (i < length) {
+        // A character gives at most two bytes. Towards the end of the room batches get short.
+        std::size_t const stop = i + std::min(length - i, sink.get_room() / 2);
+        if (i == stop)
+            break;
+        for (; i < stop; ++i)
+            put_bytes(sink, get(source[i]));
     }
+    if (i == length)
+        return true;
+    // Less than two bytes of room.
+    std::uint16_t const last = get(source[i]);
+    if (i + 1 < length || last > 0xFF || !sink.has_room(1))
+        return false;
+    put_bytes(sink, last);
     return true;
 }
 
 long long CodePageTable::decode(
     char const *source, std::size_t size, wchar_t *target, std::size_t capacity) const
 {
-    return run_into_sink(target, capacity, [&](auto &sink) { return decode(source, size, sink); });
+    if (!is_single_byte())
+        return run_into_sink(
+            target, capacity, [&](auto &sink) { return decode(source, size, sink); });
+    if (!target)
+        return static_cast<long long>(size);
+    if (capacity < size)
+        return -1;
+    constexpr std::size_t block = 8; // few enough to be unrolled
+    std::size_t i = 0;
+    for (; size - i >= block; i += block) {
+        unsigned char bytes[block];
+        std::memcpy(bytes, source + i, block);
+        for (std::size_t k = 0; k < block; ++k)
+            target[i + k] = static_cast<wchar_t>(m_single[bytes[k]]);
+    }
+    for (; i < size; ++i)
+        target[i] = static_cast<wchar_t>(m_single[static_cast<unsigned char>(source[i])]);
+    return static_cast<long long>(size);
 }
 
 long long CodePageTable::encode(
     wchar_t const *source, std::size_t length, char *target, std::size_t capacity) const
 {
+    if (!target && is_single_byte())
+        return static_cast<long long>(count_utf16_units(source, length));
     return run_into_sink(
         target, capacity, [&](auto &sink) { return encode(source, length, sink); });
 }

@@ -39,12 +39,13 @@ private:
     void read_characters(UConverter *converter);
     void keep_ascii();
     void apply(CodePageCorrections const &corrections);
-    std::uint16_t get_bytes(char32_t ch) const;
+    void return_single_bytes();
+    bool is_single_byte() const { return m_pair_blocks.empty(); }
+    std::uint16_t get_bytes(char32_t ch) const; // up to FFFF
     void set_bytes(char32_t ch, std::uint16_t bytes);
 
     template <class Sink> bool decode(char const *source, std::size_t size, Sink &sink) const;
     template <class Sink> bool encode(wchar_t const *source, std::size_t length, Sink &sink) const;
-    bool is_lead(unsigned char byte) const { return m_pairs[byte] != 0; }
 
     std::array<char16_t, 256> m_single {};    // of one byte alone
     std::array<std::uint8_t, 256> m_pairs {}; // of a lead byte: number of its block, 0 for others

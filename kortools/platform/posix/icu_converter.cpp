@@ -7,6 +7,7 @@
 #include <unicode/ucnv_cb.h>
 #include <unicode/utf16.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace kortools::platform {
@@ -63,7 +64,8 @@ UConverter *get_converter(CodePageEntry const &entry)
     return t_converter.get();
 }
 
-// Joins surrogate pairs on their way to wide text, also when they come in two chunks.
+// Joins surrogate pairs on their way to wide text, also when they come in two chunks. put() and
+// finish() are false when there is no room.
 template <class Sink> class PairJoiner {
 public:
     explicit PairJoiner(Sink &sink)
@@ -75,18 +77,25 @@ public:
         UChar const high = m_high;
         m_high = 0;
         if (high != 0 && U16_IS_TRAIL(unit))
-            return m_sink.put(static_cast<wchar_t>(U16_GET_SUPPLEMENTARY(high, unit)));
-        if (high != 0 && !m_sink.put(static_cast<wchar_t>(high)))
+            return put_character(U16_GET_SUPPLEMENTARY(high, unit));
+        if (high != 0 && !put_character(high))
             return false;
-        if (U16_IS_LEAD(unit)) {
-            m_high = unit;
-            return true;
-        }
-        return m_sink.put(static_cast<wchar_t>(unit));
+        if (!U16_IS_LEAD(unit))
+            return put_character(unit);
+        m_high = unit;
+        return true;
     }
-    bool finish() { return m_high == 0 || m_sink.put(static_cast<wchar_t>(m_high)); }
+    bool finish() { return m_high == 0 || put_character(m_high); }
 
 private:
+    bool put_character(UChar32 ch)
+    {
+        if (!m_sink.has_room(1))
+            return false;
+        m_sink.put(static_cast<wchar_t>(ch));
+        return true;
+    }
+
     Sink &m_sink;
     UChar m_high = 0; // a high surrogate that waits for its partner
 };
@@ -133,10 +142,9 @@ bool encode(UConverter *converter, wchar_t const *source, int length, Sink &sink
             error = U_ZERO_ERROR;
             ucnv_fromUnicode(converter, &bytes_end, bytes + chunk_size, &at, chunk + count, nullptr,
                 done == length, &error);
-            for (char const *byte = bytes; byte != bytes_end; ++byte) {
-                if (!sink.put(*byte))
-                    return false;
-            }
+            if (!sink.has_room(static_cast<std::size_t>(bytes_end - bytes)))
+                return false;
+            std::for_each(bytes, bytes_end, [&](char byte) { sink.put(byte); });
         }
         if (U_FAILURE(error))
             return false;
