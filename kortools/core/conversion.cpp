@@ -1,93 +1,121 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/core/conversion.h"
 
+#include "kortools/core/text_conversion.h"
 #include "kortools/core/utf16.h"
-#include "kortools/platform/ascii_text.h"
 #include "kortools/platform/automation_strings.h"
-#include "kortools/platform/code_pages.h"
+#include "kortools/platform/utf8_runs.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <new>
 
 namespace {
 
 namespace platform = kortools::platform;
-using kortools::core::convert_text;
+using kortools::core::other_char_t;
 
-// Texts up to this length are converted in one pass, through the stack.
-constexpr std::size_t short_length = 512;
-
-// What they take in a page without state: up to four bytes for a character, at most one wide
-// character for a byte.
-template <class T> constexpr long long short_capacity = short_length *(sizeof(T) == 1 ? 4 : 1);
-
-template <auto convert, class Source, class Target>
-bool convert_into(std::basic_string_view<Source> text, unsigned int page, CXTString<Target> &result)
+template <class T>
+CXTString<T> make_converted(
+    other_char_t<T> const *text, xStringEncoding encoding, bool &is_converted)
 {
-    auto const size = static_cast<long long>(text.size());
-    CXTCharArray<Target> &target = result;
-    if (text.size() <= short_length) {
-        Target converted[short_capacity<Target>];
-        long long const count = convert(page, text.data(), size, converted, short_capacity<Target>);
-        if (count >= 0) {
-            target.Assign(converted, count);
-            return true;
-        } // else the page does not exist, or has state
+    is_converted = false;
+    if (!text)
+        return {};
+    std::basic_string_view<other_char_t<T>> const source(text);
+    unsigned int const page = kortools::core::get_code_page(encoding);
+    if (kortools::core::ShortText<T> const converted(page, source); converted.is_converted()) {
+        is_converted = true;
+        return CXTString<T>(converted.get_data(), converted.get_length());
     }
-    long long const count = convert(page, text.data(), size, nullptr, 0);
-    target.SetLength(count); // empty after a failure
-    return count >= 0 && convert(page, text.data(), size, target.GetData(), count) == count;
+    CXTString<T> result;
+    is_converted = kortools::core::convert_long_text<T>(page, source, result, 0);
+    return result;
 }
 
-constexpr bool is_continuation(unsigned char byte)
+template <class T>
+bool convert_into(std::basic_string_view<other_char_t<T>> source, xStringEncoding encoding,
+    CXTCharArray<T> &result)
 {
-    return (byte & 0xC0) == 0x80;
+    unsigned int const page = kortools::core::get_code_page(encoding);
+    kortools::core::ShortText<T> const converted(page, source);
+    if (!converted.is_converted())
+        return kortools::core::convert_long_text<T>(page, source, result, 0);
+    result.Assign(converted.get_data(), converted.get_length());
+    return true;
 }
 
-// The length of the sequence that begins at `at`, 0 for one that is not accepted. Stops at the
-// closing zero, which is no continuation.
-constexpr int get_sequence_length(unsigned char const *at)
+// The sequence in the low bytes of `word`, of two or three bytes; size 0 for anything else.
+constexpr platform::Utf8Sequence decode_word(std::uint32_t word)
 {
-    if ((at[0] & 0xE0) == 0xC0)
-        return is_continuation(at[1]) ? 2 : 0;
-    if ((at[0] & 0xF0) == 0xE0)
-        return is_continuation(at[1]) && is_continuation(at[2]) ? 3 : 0;
-    return 0;
+    if ((word & 0xC0E0) == 0x80C0)
+        return { (word & 0x1F) << 6 | (word >> 8 & 0x3F), 2 };
+    if ((word & 0xC0C0F0) == 0x8080E0)
+        return { (word & 0xF) << 12 | (word >> 2 & 0xFC0) | (word >> 16 & 0x3F), 3 };
+    return { 0, 0 };
 }
 
-constexpr unsigned short decode_sequence(unsigned char const *at, int length)
-{
-    if (length == 2)
-        return static_cast<unsigned short>((at[0] & 0x1F) << 6 | (at[1] & 0x3F));
-    return static_cast<unsigned short>(at[0] << 12 | (at[1] & 0x3F) << 6 | (at[2] & 0x3F));
-}
+// Stores in a buffer of the caller's whose size is not known, so nothing but the result may be
+// written to it.
+class CallersBuffer {
+public:
+    using Element = unsigned short;
 
-// The number of bytes when every sequence is accepted, else 0.
-int measure_utf8(unsigned char const *source, std::size_t size)
+    explicit CallersBuffer(unsigned short *target)
+        : m_begin(target)
+        , m_at(target)
+    {
+    }
+    std::size_t get_room() const { return SIZE_MAX; }
+    bool has_room(std::size_t) const { return true; }
+    void put(unsigned short unit) { *m_at++ = unit; }
+    template <std::size_t count> void put_block(unsigned char const *source, std::size_t used)
+    {
+        if (used == count)
+            platform::copy_block<count>(source, m_at);
+        else
+            std::copy_n(source, used, m_at);
+        m_at += used;
+    }
+    std::size_t get_count() const { return static_cast<std::size_t>(m_at - m_begin); }
+
+private:
+    unsigned short *m_begin;
+    unsigned short *m_at;
+};
+
+// Decodes up to the closing zero; false at a bad sequence.
+template <class Sink> bool decode_utf8(unsigned char const *at, Sink &sink)
 {
-    unsigned char const *at = source;
-    unsigned char const *const end = source + size;
+    unsigned char const *const end = at + std::strlen(reinterpret_cast<char const *>(at));
     while (true) {
-        at += platform::count_ascii(at, static_cast<std::size_t>(end - at));
+        at = platform::decode_utf8_runs(at, end, sink, decode_word);
         if (at == end)
-            return static_cast<int>(size);
-        int const length = get_sequence_length(at);
-        if (length == 0)
-            return 0;
-        at += length;
+            return true;
+        // Bytes behind the closing zero are not read: a sequence that is cut ends with the zero.
+        std::uint32_t word = at[0];
+        word |= static_cast<std::uint32_t>(at[1]) << 8;
+        if (at[1] != 0)
+            word |= static_cast<std::uint32_t>(at[2]) << 16;
+        platform::Utf8Sequence const next
+            = *at < 0x80 ? platform::Utf8Sequence { *at, 1 } : decode_word(word);
+        if (next.size == 0)
+            return false;
+        sink.put(static_cast<unsigned short>(next.ch));
+        at += next.size;
     }
 }
 
 } // namespace
 
 XCA2W::XCA2W(char const *text, xStringEncoding encoding)
-    : m_isConverted(text && convert_text(std::string_view(text), encoding, m_text))
+    : m_text(make_converted<wchar_t>(text, encoding, m_isConverted))
 {
 }
 
 XCW2A::XCW2A(wchar_t const *text, xStringEncoding encoding)
-    : m_isConverted(text && convert_text(std::wstring_view(text), encoding, m_text))
+    : m_text(make_converted<char>(text, encoding, m_isConverted))
 {
 }
 
@@ -122,12 +150,12 @@ AutomationString::operator wchar_t *() const
 
 bool convert_text(std::string_view text, xStringEncoding encoding, CXTString<wchar_t> &result)
 {
-    return convert_into<platform::narrow_to_wide>(text, get_code_page(encoding), result);
+    return convert_into<wchar_t>(text, encoding, result);
 }
 
 bool convert_text(std::wstring_view text, xStringEncoding encoding, CXTString<char> &result)
 {
-    return convert_into<platform::wide_to_narrow>(text, get_code_page(encoding), result);
+    return convert_into<char>(text, encoding, result);
 }
 
 } // namespace kortools::core
@@ -141,26 +169,16 @@ int xUTF8ToUTF16(unsigned char const *source, unsigned short *target)
 {
     if (!source)
         return 0;
-    std::size_t const size = std::strlen(reinterpret_cast<char const *>(source));
-    if (!target)
-        return measure_utf8(source, size);
-    unsigned char const *at = source;
-    unsigned char const *const end = source + size;
-    unsigned short *out = target;
-    while (true) {
-        std::size_t const count = platform::copy_ascii(at, static_cast<std::size_t>(end - at), out);
-        at += count;
-        out += count;
-        if (at == end)
-            break;
-        int const length = get_sequence_length(at);
-        if (length == 0)
-            return 0;
-        *out++ = decode_sequence(at, length);
-        at += length;
+    if (!target) {
+        platform::CountingSink<unsigned short> sink;
+        bool const is_valid = decode_utf8(source, sink);
+        return is_valid ? static_cast<int>(std::strlen(reinterpret_cast<char const *>(source))) : 0;
     }
-    *out++ = 0;
-    return static_cast<int>(out - target);
+    CallersBuffer sink(target);
+    if (!decode_utf8(source, sink))
+        return 0;
+    sink.put(0);
+    return static_cast<int>(sink.get_count());
 }
 
 unsigned long long xUTF16ToUTF32(

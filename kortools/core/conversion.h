@@ -40,8 +40,8 @@ public:
     CXTString<wchar_t> const &GetText() const { return m_text; } // empty after a failure
 
 private:
+    bool m_isConverted; // set while m_text is made
     CXTString<wchar_t> m_text;
-    bool m_isConverted;
 };
 
 // Wide to narrow.
@@ -61,8 +61,8 @@ public:
     CXTString<char> const &GetText() const { return m_text; } // empty after a failure
 
 private:
+    bool m_isConverted; // set while m_text is made
     CXTString<char> m_text;
-    bool m_isConverted;
 };
 
 // Narrow to narrow and wide to wide: the input itself, so that a template can be written once for
