@@ -4,10 +4,10 @@
 #include "kortools/archive/archive.h"
 #include "kortools/core/array.h"
 
-template class CXArray<int>;
-template class CXArray<unsigned int>;
-template class CXArray<unsigned char>;
-template class CXArray<double>;
-template class CXArray<CXObject *>;
-template class CXArray<CXTString<wchar_t>>;
-template class CXArray<CXTString<char>>;
+KOR_EXPORT_TEMPLATE(CXArray<int>);
+KOR_EXPORT_TEMPLATE(CXArray<unsigned int>);
+KOR_EXPORT_TEMPLATE(CXArray<unsigned char>);
+KOR_EXPORT_TEMPLATE(CXArray<double>);
+KOR_EXPORT_TEMPLATE(CXArray<CXObject *>);
+KOR_EXPORT_TEMPLATE(CXArray<CXTString<wchar_t>>);
+KOR_EXPORT_TEMPLATE(CXArray<CXTString<char>>);

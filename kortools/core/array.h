@@ -12,14 +12,16 @@
 //
 // All slots of the block hold elements: those past the size are not in use, and keep what they last
 // held until they come back into use, reset to T(), or the block is released. So T has a default
-// constructor. Growth makes new elements and assigns to them: by moving where that cannot throw,
-// else by copying (or moving what cannot be copied); trivially copyable types are copied as bytes.
+// constructor. Growth moves the elements to the new block if that cannot throw, else it copies them
+// (or moves what cannot be copied); types that are trivially relocatable, the library's strings and
+// arrays among them, are moved as bytes.
 //
 // When constructing or assigning an element throws:
 // - SetSize, Add, SetAtGrow past the end, InsertAt, Append and FreeExtra leave the array as it was
 //   (unless T can only be moved, and its move throws);
 // - SetAt, SetAtGrow on an element: what T's assignment guarantees for the element;
-// - RemoveAt, Copy within the capacity: the size is unchanged, some elements have new values.
+// - RemoveAt, Copy within the capacity: the size is unchanged, some elements have new values
+//   (RemoveAt does not throw for types that are moved as bytes).
 //
 // Everything that can grow the array, or release its block, invalidates pointers to elements. An
 // element of the array itself may be passed to any operation: its value at the call is used.
@@ -27,12 +29,13 @@
 // A source that uses CXArray of a type of its own includes kortools/archive/archive.h as well.
 #pragma once
 
+#include "kortools/core/array_archive.h"
+#include "kortools/core/array_block.h"
 #include "kortools/core/throw.h"
 #include "kortools/core/xstring.h"
 #include "kortools/export.h"
 
 #include <algorithm>
-#include <bit>
 #include <limits>
 #include <memory>
 #include <new>
@@ -137,8 +140,6 @@ public:
 
 private:
     static constexpr bool is_raw = std::is_trivially_copyable_v<T>;
-    static constexpr bool moves_safely
-        = std::is_nothrow_move_assignable_v<T> && std::is_nothrow_move_constructible_v<T>;
 
     int check(int index) const
     {
@@ -147,65 +148,32 @@ private:
         return index;
     }
 
-    using Block = std::unique_ptr<T[]>; // until it is the array's
-    static Block allocate(int capacity, bool zeroed);
-    static void relocate(T *source, int count, T *target);
-    static void duplicate(T const *source, int count, T *target);
+    using Block = kortools::core::ArrayBlock<T>;
+
     static void reset(T *first, T *last);
 
     int grown_capacity(long long newSize, int growBy) const;
-    void set_block(Block block, int capacity) noexcept;
+    void release_block() noexcept;
     template <class Value> int append(Value &&value, int growBy);
     template <class Value> void store(int index, Value &&value, int growBy);
     template <class Fill> void open_gap(int index, int count, int growBy, Fill fill);
     template <class Fill> void rebuild(int capacity, int index, int count, Fill fill);
-    void rotate_in(int index, int count);
+    void shift_in(int index, int count) noexcept;
+    static void construct_unused(Block &block, int first, int last, bool zeroed);
 
-    template <class Archive> void serialize(Archive &archive);
-    template <class Archive> void load(Archive &archive);
-    template <class Archive> void load_step(Archive &archive, int rest);
-    template <class Archive> static void serialize_element(Archive &archive, T &element);
-
-    T *m_data = nullptr; // from new[]; null when the array owns no storage
+    T *m_data = nullptr; // from operator new[]; null when the array owns no storage
     int m_size = 0;      // elements in use
     int m_capacity = 0;  // elements in the block, at least m_size
     int m_growBy = grow_auto;
     bool m_rawCopy = is_raw; // elements are moved as bytes
 };
 
-// Implementation.
-
-// Slots of plain types are undefined unless `zeroed`; objects are T() in any case.
-template <class T, class ARG_T> auto CXArray<T, ARG_T>::allocate(int capacity, bool zeroed) -> Block
-{
-    auto const count = static_cast<std::size_t>(capacity);
-    try {
-        if (zeroed || !std::is_trivially_default_constructible_v<T>)
-            return Block(new T[count]());
-        return Block(new T[count]);
-    } catch (std::bad_alloc const &) {
-        kortools::core::throw_out_of_memory();
-    }
-}
-
-// Moves elements to another block; if that might throw, copies them. (The comparisons with 0 here
-// and below tell the compiler that counts are not negative, which it otherwise warns of.)
-template <class T, class ARG_T> void CXArray<T, ARG_T>::relocate(T *source, int count, T *target)
-{
-    if constexpr (moves_safely || !std::is_copy_assignable_v<T>) {
-        if (count > 0)
-            std::move(source, source + count, target); // bytes for trivially copyable types
-    } else {
-        duplicate(source, count, target);
-    }
-}
-
+namespace kortools::core {
 template <class T, class ARG_T>
-void CXArray<T, ARG_T>::duplicate(T const *source, int count, T *target)
-{
-    if (count > 0)
-        std::copy(source, source + count, target);
+inline constexpr bool is_trivially_relocatable<CXArray<T, ARG_T>> = true;
 }
+
+// Implementation.
 
 template <class T, class ARG_T> void CXArray<T, ARG_T>::reset(T *first, T *last)
 {
@@ -234,12 +202,21 @@ int CXArray<T, ARG_T>::grown_capacity(long long newSize, int growBy) const
     return static_cast<int>(capacity);
 }
 
-template <class T, class ARG_T>
-void CXArray<T, ARG_T>::set_block(Block block, int capacity) noexcept
+// Destroys all elements, in use or not.
+template <class T, class ARG_T> void CXArray<T, ARG_T>::release_block() noexcept
 {
-    delete[] m_data;
-    m_data = block.release();
-    m_capacity = capacity;
+    std::destroy_n(m_data, m_capacity);
+    Block::free(m_data);
+    m_data = nullptr;
+    m_capacity = 0;
+}
+
+// Slots that are not in use yet. Those of plain types are undefined unless `zeroed`.
+template <class T, class ARG_T>
+void CXArray<T, ARG_T>::construct_unused(Block &block, int first, int last, bool zeroed)
+{
+    if (zeroed || !std::is_trivially_default_constructible_v<T>)
+        block.construct(first, last);
 }
 
 // Moves to a new block with `count` elements more at `index`, which may lie past the end. fill()
@@ -249,14 +226,26 @@ template <class T, class ARG_T>
 template <class Fill>
 void CXArray<T, ARG_T>::rebuild(int capacity, int index, int count, Fill fill)
 {
-    Block block = allocate(capacity, !m_data);
+    kortools::core::assume(index >= 0 && count >= 0 && m_size >= 0 && m_size <= m_capacity);
     int const kept = std::min(index, m_size);
-    if constexpr (std::is_trivially_default_constructible_v<T>)
-        reset(block.get() + kept, block.get() + index);
+    int const tail = m_size - kept;
+    Block block(capacity);
+    T *const behind = block.get() + index + count;
+    block.construct(kept, index + count);
     fill(block.get() + index);
-    relocate(m_data, kept, block.get());
-    relocate(m_data + kept, m_size - kept, block.get() + index + count);
-    set_block(std::move(block), capacity);
+    construct_unused(block, index + count + tail, capacity, !m_data);
+    if constexpr (kortools::core::relocates_safely<T>) {
+        kortools::core::relocate(m_data, kept, block.get());
+        kortools::core::relocate(m_data + kept, tail, behind);
+        std::destroy_n(m_data + m_size, m_capacity - m_size);
+        Block::free(m_data);
+    } else {
+        block.take(0, kept, m_data);
+        block.take(index + count, tail, m_data + kept);
+        release_block();
+    }
+    m_data = block.release();
+    m_capacity = capacity;
 }
 
 // Makes `count` new elements at `index`, whose values fill() assigns, and stores the rule. The new
@@ -269,11 +258,11 @@ void CXArray<T, ARG_T>::open_gap(int index, int count, int growBy, Fill fill)
     bool const shifts = index < m_size;
     if (newSize > m_capacity) {
         rebuild(grown_capacity(newSize, growBy), index, count, fill);
-    } else if (shifts && !moves_safely && std::is_copy_assignable_v<T>) {
+    } else if (shifts && !kortools::core::shifts_safely<T>) {
         rebuild(m_capacity, index, count, fill);
     } else if (shifts) {
         fill(m_data + m_size);
-        rotate_in(index, count);
+        shift_in(index, count);
     } else {
         reset(m_data + m_size, m_data + index);
         fill(m_data + index);
@@ -283,15 +272,13 @@ void CXArray<T, ARG_T>::open_gap(int index, int count, int growBy, Fill fill)
 }
 
 // Moves the `count` elements behind the last one in use to `index`.
-template <class T, class ARG_T> void CXArray<T, ARG_T>::rotate_in(int index, int count)
+template <class T, class ARG_T> void CXArray<T, ARG_T>::shift_in(int index, int count) noexcept
 {
-    T *const last = m_data + m_size;
-    if (count == 1) {
-        T element = std::move(*last);
-        std::move_backward(m_data + index, last, last + 1);
-        m_data[index] = std::move(element);
-    } else {
-        std::rotate(m_data + index, last, last + count);
+    if constexpr (kortools::core::shifts_safely<T>) {
+        if (count == 1)
+            kortools::core::rotate_up(m_data + index, m_data + m_size);
+        else
+            std::rotate(m_data + index, m_data + m_size, m_data + m_size + count);
     }
 }
 
@@ -345,7 +332,9 @@ auto CXArray<T, ARG_T>::operator=(CXArray &&other) noexcept -> CXArray &
 {
     if (this == &other)
         return *this;
-    set_block(Block(std::exchange(other.m_data, nullptr)), std::exchange(other.m_capacity, 0));
+    release_block();
+    m_data = std::exchange(other.m_data, nullptr);
+    m_capacity = std::exchange(other.m_capacity, 0);
     m_size = std::exchange(other.m_size, 0);
     m_growBy = other.m_growBy;
     return *this;
@@ -353,7 +342,7 @@ auto CXArray<T, ARG_T>::operator=(CXArray &&other) noexcept -> CXArray &
 
 template <class T, class ARG_T> CXArray<T, ARG_T>::~CXArray()
 {
-    delete[] m_data;
+    release_block();
 }
 
 template <class T, class ARG_T> void CXArray<T, ARG_T>::SetSize(int newSize, int growBy)
@@ -365,7 +354,7 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::SetSize(int newSize, int
         return;
     }
     if (newSize == 0 && growBy == 0)
-        set_block(nullptr, 0);
+        release_block();
     m_size = newSize;
     if (growBy != keep_rule)
         m_growBy = growBy;
@@ -374,7 +363,7 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::SetSize(int newSize, int
 template <class T, class ARG_T> void CXArray<T, ARG_T>::FreeExtra()
 {
     if (m_size == 0)
-        set_block(nullptr, 0);
+        release_block();
     else if (m_size < m_capacity)
         rebuild(m_size, m_size, 0, [](T *) {});
 }
@@ -400,7 +389,7 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::InsertAt(int index, CXAr
         kortools::core::throw_invalid_argument();
     if (other && !other->IsEmpty()) {
         open_gap(index, other->m_size, m_growBy,
-            [&](T *target) { duplicate(other->m_data, other->m_size, target); });
+            [&](T *target) { std::copy_n(other->m_data, other->m_size, target); });
     }
 }
 
@@ -415,8 +404,15 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::RemoveAt(int index, int 
 {
     if (index < 0 || count < 0 || index > m_size - count)
         kortools::core::throw_invalid_argument();
-    if (count > 0)
-        std::move(m_data + index + count, m_data + m_size, m_data + index);
+    T *const last = m_data + m_size;
+    if (count == 0)
+        return;
+    if constexpr (is_raw || !kortools::core::is_trivially_relocatable<T>)
+        std::move(m_data + index + count, last, m_data + index);
+    else if (count == 1)
+        kortools::core::rotate_down(m_data + index, last);
+    else
+        std::rotate(m_data + index, m_data + index + count, last);
     m_size -= count;
 }
 
@@ -426,11 +422,14 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::Copy(CXArray const &othe
         return;
     if (other.m_size > m_capacity) {
         int const capacity = grown_capacity(other.m_size, m_growBy);
-        Block block = allocate(capacity, !m_data);
-        duplicate(other.m_data, other.m_size, block.get());
-        set_block(std::move(block), capacity);
-    } else {
-        duplicate(other.m_data, other.m_size, m_data);
+        Block block(capacity);
+        block.construct_copies(0, other.m_size, other.m_data);
+        construct_unused(block, other.m_size, capacity, !m_data);
+        release_block();
+        m_data = block.release();
+        m_capacity = capacity;
+    } else if (other.m_size > 0) {
+        std::copy_n(other.m_data, other.m_size, m_data);
     }
     m_size = other.m_size;
 }
@@ -443,88 +442,15 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::Copy(CXArray const *othe
         RemoveAll();
 }
 
-// The archive is a template parameter below, so that its class need not be complete here.
-
 template <class T, class ARG_T> void CXArray<T, ARG_T>::Serialize(CXArchive &archive)
 {
-    serialize(archive);
+    kortools::core::serialize_array(archive, *this);
 }
 
-template <class T, class ARG_T>
-template <class Archive>
-void CXArray<T, ARG_T>::serialize(Archive &archive)
-{
-    static_assert(
-        requires { sizeof(Archive); },
-        "include kortools/archive/archive.h to use a CXArray of this type");
-    if (archive.IsLoading()) {
-        load(archive);
-        return;
-    }
-    archive.WriteCount(static_cast<unsigned long long>(m_size));
-    if constexpr (requires { archive.WriteValues(m_data, std::size_t()); }) {
-        archive.WriteValues(m_data, static_cast<std::size_t>(m_size));
-    } else {
-        for (T &element : *this)
-            serialize_element(archive, element);
-    }
-}
-
-template <class T, class ARG_T>
-template <class Archive>
-void CXArray<T, ARG_T>::load(Archive &archive)
-{
-    unsigned long long const count = archive.ReadCount();
-    if (count > std::numeric_limits<int>::max()) {
-        archive.EnsureAvailable(count, 1); // most likely a damaged file: end of file
-        kortools::core::throw_invalid_argument();
-    }
-    m_size = 0;
-    while (m_size < static_cast<int>(count))
-        load_step(archive, static_cast<int>(count) - m_size);
-}
-
-// Reads some of the `rest` elements that are to come. Elements of unknown length in the file get
-// memory for as many as were read before, so a false count costs little.
-template <class T, class ARG_T>
-template <class Archive>
-void CXArray<T, ARG_T>::load_step(Archive &archive, int rest)
-{
-    int const first = m_size;
-    if constexpr (requires { archive.ReadValues(m_data, std::size_t()); }) {
-        auto const step = archive.EnsureAvailable(static_cast<unsigned long long>(rest), sizeof(T));
-        SetSize(first + static_cast<int>(step));
-        m_size = first; // in use once they are read
-        archive.ReadValues(m_data + first, static_cast<std::size_t>(step));
-        m_size = first + static_cast<int>(step);
-    } else {
-        int const step = std::min(rest, std::max(first, 64));
-        SetSize(first + step);
-        for (m_size = first; m_size < first + step; ++m_size)
-            serialize_element(archive, m_data[m_size]);
-    }
-}
-
-template <class T, class ARG_T>
-template <class Archive>
-void CXArray<T, ARG_T>::serialize_element(Archive &archive, T &element)
-{
-    if constexpr (requires { archive << std::as_const(element), archive >> element; }) {
-        if (archive.IsLoading())
-            archive >> element;
-        else
-            archive << std::as_const(element);
-    } else if constexpr (requires { element.Serialize(archive); }) {
-        element.Serialize(archive);
-    } else {
-        kortools::core::throw_invalid_argument();
-    }
-}
-
-extern template class KORTOOLS_API CXArray<int>;
-extern template class KORTOOLS_API CXArray<unsigned int>;
-extern template class KORTOOLS_API CXArray<unsigned char>;
-extern template class KORTOOLS_API CXArray<double>;
-extern template class KORTOOLS_API CXArray<CXObject *>;
-extern template class KORTOOLS_API CXArray<CXTString<wchar_t>>;
-extern template class KORTOOLS_API CXArray<CXTString<char>>;
+KOR_EXTERN_TEMPLATE(KORTOOLS_API CXArray<int>);
+KOR_EXTERN_TEMPLATE(KORTOOLS_API CXArray<unsigned int>);
+KOR_EXTERN_TEMPLATE(KORTOOLS_API CXArray<unsigned char>);
+KOR_EXTERN_TEMPLATE(KORTOOLS_API CXArray<double>);
+KOR_EXTERN_TEMPLATE(KORTOOLS_API CXArray<CXObject *>);
+KOR_EXTERN_TEMPLATE(KORTOOLS_API CXArray<CXTString<wchar_t>>);
+KOR_EXTERN_TEMPLATE(KORTOOLS_API CXArray<CXTString<char>>);

@@ -24,6 +24,7 @@
 #pragma once
 
 #include "kortools/core/char_array.h"
+#include "kortools/core/relocate.h"
 #include "kortools/core/string_encoding.h"
 #include "kortools/core/text_source.h"
 #include "kortools/export.h"
@@ -399,6 +400,8 @@ std::basic_ostream<T, Traits> &operator<<(
 }
 
 namespace kortools::core {
+
+template <class T> inline constexpr bool is_trivially_relocatable<CXTString<T>> = true;
 
 // The text in quotes, in ASCII, with \xHH (\x{HHHHHH} from 100 on) for everything else.
 KORTOOLS_API CXTString<char> quote(std::string_view text);

@@ -101,6 +101,13 @@ template <> CXTString<wchar_t> make<CXTString<wchar_t>>(int value)
 {
     return value == 0 ? CXTString<wchar_t>() : CXTString<wchar_t>(std::to_wstring(value).c_str());
 }
+template <> CXArray<int> make<CXArray<int>>(int value)
+{
+    CXArray<int> array;
+    if (value != 0)
+        array.Add(value);
+    return array;
+}
 
 template <class T> CXArray<T> make_array(std::initializer_list<int> values)
 {
@@ -133,7 +140,8 @@ template <class Call> bool throws_invalid_argument(Call call)
 
 template <class T> class ArrayOf : public testing::Test {
 };
-using ElementTypes = testing::Types<int, double, CXTString<wchar_t>, SafeMover, RiskyMover, Copier>;
+using ElementTypes
+    = testing::Types<int, double, CXTString<wchar_t>, CXArray<int>, SafeMover, RiskyMover, Copier>;
 TYPED_TEST_SUITE(ArrayOf, ElementTypes);
 
 TYPED_TEST(ArrayOf, AgreesWithAVector)

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+// The block of an array while it is being made, and how elements get from one block to the next.
+#pragma once
+
+#include "kortools/core/relocate.h"
+#include "kortools/core/throw.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace kortools::core {
+
+// Tells the compiler what it cannot know, such as that a size is not negative: it would warn of
+// accesses before the block. The sanitizers check it.
+inline void assume(bool condition)
+{
+    if (!condition)
+        __builtin_unreachable();
+}
+
+// Can elements change their place without the risk of an exception?
+template <class T>
+inline constexpr bool relocates_safely
+    = is_trivially_relocatable<T> || std::is_nothrow_move_constructible_v<T>;
+
+// Can they also shift within a block?
+template <class T>
+inline constexpr bool shifts_safely
+    = is_trivially_relocatable<
+          T> || (std::is_nothrow_move_constructible_v<T> && std::is_nothrow_move_assignable_v<T>);
+
+// Moves objects to raw memory elsewhere, which leaves raw memory behind.
+template <class T> void relocate(T *source, int count, T *target) noexcept
+{
+    assume(count >= 0);
+    if (count == 0)
+        return; // there may be no block
+    if constexpr (is_trivially_relocatable<T>) {
+        std::memcpy(static_cast<void *>(target), static_cast<void const *>(source),
+            static_cast<std::size_t>(count) * sizeof(T));
+    } else {
+        std::uninitialized_move_n(source, count, target);
+        std::destroy_n(source, count);
+    }
+}
+
+// Moves the object at `last` to `first`, and [first, last) up by one.
+template <class T> void rotate_up(T *first, T *last) noexcept
+{
+    if constexpr (is_trivially_relocatable<T>) {
+        alignas(T) unsigned char bytes[sizeof(T)];
+        std::memcpy(bytes, static_cast<void const *>(last), sizeof(T));
+        std::memmove(static_cast<void *>(first + 1), static_cast<void const *>(first),
+            static_cast<std::size_t>(last - first) * sizeof(T));
+        std::memcpy(static_cast<void *>(first), bytes, sizeof(T));
+    } else {
+        T object = std::move(*last);
+        std::move_backward(first, last, last + 1);
+        *first = std::move(object);
+    }
+}
+
+// Moves the object at `first` to `last - 1`, and those behind it down by one.
+template <class T> void rotate_down(T *first, T *last) noexcept
+{
+    static_assert(is_trivially_relocatable<T>);
+    alignas(T) unsigned char bytes[sizeof(T)];
+    std::memcpy(bytes, static_cast<void const *>(first), sizeof(T));
+    std::memmove(static_cast<void *>(first), static_cast<void const *>(first + 1),
+        static_cast<std::size_t>(last - first - 1) * sizeof(T));
+    std::memcpy(static_cast<void *>(last - 1), bytes, sizeof(T));
+}
+
+// Raw memory in which ranges of objects are made; destroys them unless the block is released.
+template <class T> class ArrayBlock {
+public:
+    explicit ArrayBlock(int capacity) // throws CXMemoryException
+        : m_data(allocate(capacity))
+    {
+    }
+    ArrayBlock(ArrayBlock const &) = delete;
+    ArrayBlock &operator=(ArrayBlock const &) = delete;
+    ~ArrayBlock()
+    {
+        for (int i = 0; i < m_range_count; ++i)
+            std::destroy_n(m_ranges[i].data, m_ranges[i].count);
+        free(m_data);
+    }
+
+    T *get() const { return m_data; }
+    T *release()
+    {
+        m_range_count = 0;
+        return std::exchange(m_data, nullptr);
+    }
+
+    // Objects T() at [first, last).
+    void construct(int first, int last)
+    {
+        assume(first >= 0 && last >= first);
+        if (first == last)
+            return;
+        std::uninitialized_value_construct_n(m_data + first, last - first);
+        m_ranges[m_range_count++] = { m_data + first, last - first };
+    }
+
+    void construct_copies(int first, int count, T const *source)
+    {
+        assume(first >= 0 && count >= 0);
+        if (count == 0)
+            return;
+        std::uninitialized_copy_n(source, count, m_data + first);
+        m_ranges[m_range_count++] = { m_data + first, count };
+    }
+
+    // Copies; objects that cannot be copied are moved.
+    void take(int first, int count, T *source)
+    {
+        if constexpr (std::is_copy_constructible_v<T>) {
+            construct_copies(first, count, source);
+        } else if (count > 0) {
+            std::uninitialized_move_n(source, count, m_data + first);
+            m_ranges[m_range_count++] = { m_data + first, count };
+        }
+    }
+
+    static void free(T *block) noexcept
+    {
+        if constexpr (is_over_aligned)
+            ::operator delete[](block, std::align_val_t(alignof(T)));
+        else
+            ::operator delete[](block);
+    }
+
+private:
+    struct Range {
+        T *data;
+        int count;
+    };
+
+    static constexpr bool is_over_aligned = alignof(T) > __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+    static_assert(sizeof(T) <= 0xFFFFFFFF, "the size in bytes of INT_MAX elements has 64 bits");
+
+    static T *allocate(int capacity)
+    {
+        std::size_t const size = static_cast<std::size_t>(capacity) * sizeof(T);
+        void *block = nullptr;
+        if constexpr (is_over_aligned)
+            block = ::operator new[](size, std::align_val_t(alignof(T)), std::nothrow);
+        else
+            block = ::operator new[](size, std::nothrow);
+        if (!block)
+            throw_out_of_memory();
+        return static_cast<T *>(block);
+    }
+
+    T *m_data;
+    Range m_ranges[4]; // gap, unused slots, and the elements before and behind the gap
+    int m_range_count = 0;
+};
+
+} // namespace kortools::core
