@@ -141,21 +141,17 @@ TYPED_TEST(XString, TakesNullPointersForEmptyText)
     EXPECT_EQ(text, lit<T>("kept"));
     EXPECT_GT(text.Compare(null), 0);
     EXPECT_FALSE(text == null);
-    for (int i = 0; i < 5; ++i) {
+    auto const check_emptied = [&](auto const &assign) {
         text = lit<T>("gone");
-        if (i == 0)
-            text = null;
-        else if (i == 1)
-            text = other_null;
-        else if (i == 2)
-            text = byte_null;
-        else if (i == 3)
-            text = nullptr;
-        else
-            text.Copy(null, 2);
-        EXPECT_EQ(text, null) << i;
-        EXPECT_EQ(text.Compare(null), 0) << i;
-    }
+        assign();
+        EXPECT_EQ(text, null);
+        EXPECT_EQ(text.Compare(null), 0);
+    };
+    check_emptied([&] { text = null; });
+    check_emptied([&] { text = other_null; });
+    check_emptied([&] { text = byte_null; });
+    check_emptied([&] { text = nullptr; });
+    check_emptied([&] { text.Copy(null, 2); });
 }
 
 TYPED_TEST(XString, MayBeItsOwnArgument)
