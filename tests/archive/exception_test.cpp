@@ -5,14 +5,20 @@
 #include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
 #include "kortools/text/string_table.h"
+#include "tests/support/child_process.h"
+#include "tests/support/temp_folder.h"
 
 #include <atomic>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #ifdef __linux__
@@ -112,6 +118,38 @@ TEST(PendingException, AnotherThreadMayTakeItOver)
     EXPECT_EQ(CCountedException::s_alive, 1); // the ended thread's, until all are released
     kortools::archive::release_pending_exceptions();
     EXPECT_EQ(CCountedException::s_alive, 0);
+}
+
+namespace {
+
+class CFileRemovingException : public CXUserException {
+public:
+    explicit CFileRemovingException(std::string path)
+        : m_path(std::move(path))
+    {
+    }
+    ~CFileRemovingException() override { std::remove(m_path.c_str()); }
+
+private:
+    std::string m_path;
+};
+
+int leave_pending(std::vector<std::string> const &arguments)
+{
+    XSetThreadException(new CFileRemovingException(arguments.at(0)));
+    return 0;
+}
+kor_test::ChildPart const s_leave_pending("leave_pending", leave_pending);
+
+} // namespace
+
+TEST(PendingException, WhatIsPendingAtTheEndOfTheProcessIsDestroyed)
+{
+    TempFolder const folder;
+    auto const file = folder.GetPath() / "witness";
+    std::ofstream(file).put('x');
+    ASSERT_EQ(kor_test::run_child("leave_pending", { file.string() }), 0);
+    EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 TEST(PendingException, ThreadsDoNotDisturbEachOther)
