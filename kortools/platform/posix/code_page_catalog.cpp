@@ -16,7 +16,7 @@ using enum PageKind;
 
 // Sorted by page.
 constexpr CodePageEntry catalog[] = {
-    { 2, "macos-0_2-10.2", Table, Ascii, u'?' }, // the system's page of another maker
+    { 2, "macos-0_2-10.2", Table, Ascii, u'?' }, // the Macintosh page
     { 37, "ibm-37_P100-1995", Table, Other, u'?' },
     { 437, "ibm-437_P100-1995", Table, Ascii, u'?' },
     { 500, "ibm-500_P100-1995", Table, Other, u'?' },
