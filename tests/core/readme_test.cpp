@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The README shows the program that is built beside this test.
+
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string read_source(char const *name)
+{
+    std::ifstream file(std::string(KOR_SOURCE_FOLDER "/") + name, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+} // namespace
+
+TEST(Readme, ShowsTheExampleThatIsBuilt)
+{
+    std::string const example = read_source("docs/example.cpp");
+    ASSERT_FALSE(example.empty());
+    EXPECT_NE(read_source("README.md").find("```cpp\n" + example + "```"), std::string::npos);
+}
