@@ -149,8 +149,7 @@ void encode_runs(wchar_t const *&at, wchar_t const *end, char *&out, char const 
                 *out++ = static_cast<char>(ch);
                 ++at;
             } else if (ch < 0x800) {
-                auto const bytes
-                    = static_cast<std::uint16_t>(0x80C0 | ch >> 6 | (ch & 0x3F) << 8);
+                auto const bytes = static_cast<std::uint16_t>(0x80C0 | ch >> 6 | (ch & 0x3F) << 8);
                 std::memcpy(out, &bytes, sizeof bytes);
                 out += sizeof bytes;
                 ++at;
