@@ -11,9 +11,8 @@
 namespace kor_test {
 
 struct ArchiveSample {
-    char const *m_name; // archive_<name>.bin
-    void (*m_write)(CXArchive &);
-    bool (*m_read)(CXArchive &); // false when something else was read; may throw
+    char const *m_name;              // archive_<name>.bin
+    bool (*m_exchange)(CXArchive &); // stores, or loads: false when something else was read
 };
 
 std::vector<ArchiveSample> const &get_archive_samples();

@@ -8,7 +8,6 @@
 
 #include "kortools/archive/file.h"
 
-#include <functional>
 #include <random>
 #include <vector>
 
@@ -20,107 +19,93 @@ using Exception = CXArchiveException;
 
 namespace {
 
-// A step of a random script: how it is written, encoded and read back.
-struct Step {
-    std::function<void(CXArchive &)> m_write;
-    std::function<void(ArchiveEncoder &)> m_encode;
-    std::function<bool(CXArchive &)> m_read; // true when it reads what was written
+// Random values, strings, blocks and counts. run() stores them, or loads and compares them;
+// encode() is the model.
+class Script {
+public:
+    Script(unsigned seed, int length)
+    {
+        std::mt19937 random(seed);
+        for (int i = 0; i < length; ++i)
+            m_steps.push_back({ static_cast<int>(random() % 7), random_units(random) });
+    }
+
+    bool run(CXArchive &archive, std::size_t step) const
+    {
+        auto const &[kind, units] = m_steps[step];
+        std::string const bytes = bytes_of(units);
+        switch (kind) {
+        case 0:
+            return kor_test::exchange(archive, static_cast<int>(units.size()) * -7, 'c');
+        case 1:
+            return kor_test::exchange(archive, static_cast<unsigned short>(units.size()), 1e-9);
+        case 2:
+            return run_block(archive, bytes);
+        case 3:
+            if (archive.IsLoading())
+                return archive.ReadCount() == units.size() * 40;
+            archive.WriteCount(units.size() * 40);
+            return true;
+        case 4:
+            return kor_test::exchange_cut(archive, bytes);
+        default:
+            return kor_test::exchange_cut(archive, kor_test::to_wide(units));
+        }
+    }
+    std::string encode() const
+    {
+        ArchiveEncoder encoder;
+        for (auto const &[kind, units] : m_steps) {
+            std::string const bytes = bytes_of(units);
+            auto const size = static_cast<unsigned>(units.size());
+            kind == 0       ? encoder.u32(size * -7U).u8('c')
+                : kind == 1 ? encoder.u16(size & 0xFFFF).f64(1e-9)
+                : kind == 2 ? encoder.raw(bytes)
+                : kind == 3 ? encoder.count(size * 40)
+                : kind == 4 ? encoder.narrow(bytes)
+                            : encoder.wide(units);
+        }
+        return encoder.bytes();
+    }
+    std::size_t size() const { return m_steps.size(); }
+
+private:
+    // Pairs and single characters; no lone surrogates, since two that meet would be read as a pair.
+    static std::u16string random_units(std::mt19937 &random)
+    {
+        std::size_t const lengths[] = { 0, random() % 8, random() % 300, random() % 5000 };
+        std::u16string units;
+        for (auto length = lengths[random() % 4]; units.size() < length;) {
+            if (random() % 8 == 0)
+                units.append({ static_cast<char16_t>(0xD800 + random() % 1024),
+                    static_cast<char16_t>(0xDC00 + random() % 1024) });
+            else
+                units += static_cast<char16_t>(1 + random() % 0xD7FF);
+        }
+        return units;
+    }
+    static std::string bytes_of(std::u16string const &units)
+    {
+        std::string bytes;
+        for (char16_t const unit : units)
+            bytes += static_cast<char>(unit | 1);
+        return bytes;
+    }
+    static bool run_block(CXArchive &archive, std::string const &bytes)
+    {
+        std::string loaded = bytes;
+        if (archive.IsLoading())
+            return archive.Read(loaded.data(), loaded.size()) == bytes.size() && loaded == bytes;
+        archive.Write(bytes.data(), bytes.size());
+        return true;
+    }
+
+    struct Step {
+        int m_kind;
+        std::u16string m_units;
+    };
+    std::vector<Step> m_steps;
 };
-
-template <class T> Step value_step(T value)
-{
-    return { [=](CXArchive &archive) { archive << value; },
-        [=](ArchiveEncoder &encoder) {
-            encoder.raw({ reinterpret_cast<char const *>(&value), sizeof value });
-        },
-        [=](CXArchive &archive) {
-            T loaded;
-            archive >> loaded;
-            return loaded == value;
-        } };
-}
-
-std::u16string random_units(std::mt19937 &random, std::size_t length)
-{
-    std::u16string units;
-    while (units.size() < length) {
-        if (random() % 8 == 0) // a pair
-            units.append({ static_cast<char16_t>(0xD800 + random() % 1024),
-                static_cast<char16_t>(0xDC00 + random() % 1024) });
-        else // no lone surrogates: two of them might meet and be a pair when read
-            units += static_cast<char16_t>(1 + random() % 0xD7FF);
-    }
-    return units;
-}
-
-Step random_step(std::mt19937 &random)
-{
-    std::size_t const sizes[] = { random() % 8, random() % 8, random() % 300, random() % 5000 };
-    std::size_t const size = sizes[random() % 4];
-    std::string text(size, '\0');
-    for (char &ch : text)
-        ch = static_cast<char>(1 + random() % 255);
-    switch (random() % 8) {
-    case 0:
-        return value_step(static_cast<unsigned char>(random()));
-    case 1:
-        return value_step(static_cast<short>(random()));
-    case 2:
-        return value_step(static_cast<int>(random()));
-    case 3:
-        return value_step(static_cast<double>(random()));
-    case 4:
-        return { [=](CXArchive &archive) { archive.Write(text.data(), text.size()); },
-            [=](ArchiveEncoder &encoder) { encoder.raw(text); },
-            [=](CXArchive &archive) {
-                std::string loaded(text.size(), '\0');
-                return archive.Read(loaded.data(), loaded.size()) == text.size() && loaded == text;
-            } };
-    case 5:
-        return { [=](CXArchive &archive) { archive.WriteCount(size * 100); },
-            [=](ArchiveEncoder &encoder) { encoder.count(size * 100); },
-            [=](CXArchive &archive) { return archive.ReadCount() == size * 100; } };
-    case 6:
-        return { [=](CXArchive &archive) {
-                    archive << CXTString<char>(text.data(), static_cast<int>(text.size()));
-                },
-            [=](ArchiveEncoder &encoder) { encoder.narrow(text); },
-            [=](CXArchive &archive) {
-                CXTString<char> loaded;
-                archive >> loaded;
-                return loaded == text.c_str();
-            } };
-    default:
-        auto const units = random_units(random, size);
-        auto const wide = kor_test::to_wide(units);
-        return { [=](CXArchive &archive) {
-                    archive << CXTString<wchar_t>(wide.data(), static_cast<int>(wide.size()));
-                },
-            [=](ArchiveEncoder &encoder) { encoder.wide(units); },
-            [=](CXArchive &archive) {
-                CXTString<wchar_t> loaded;
-                archive >> loaded;
-                return loaded == wide.c_str();
-            } };
-    }
-}
-
-std::vector<Step> random_script(unsigned seed, int length)
-{
-    std::mt19937 random(seed);
-    std::vector<Step> script;
-    for (int i = 0; i < length; ++i)
-        script.push_back(random_step(random));
-    return script;
-}
-
-std::string encode(std::vector<Step> const &script)
-{
-    ArchiveEncoder encoder;
-    for (Step const &step : script)
-        step.m_encode(encoder);
-    return encoder.bytes();
-}
 
 // A kind of file, and the window that an archive has on it.
 struct Window {
@@ -186,13 +171,13 @@ INSTANTIATE_TEST_SUITE_P(Kinds, ArchiveWindow,
 TEST_P(ArchiveWindow, RandomScriptsAreWrittenAsTheModelDoesAndReadBack)
 {
     for (unsigned seed = 0; seed < 40; ++seed) {
-        auto const script = random_script(seed, 120);
-        auto const expected = encode(script);
+        Script const script(seed, 120);
+        auto const expected = script.encode();
         set_contents("");
         {
             auto archive = open(CXArchive::store);
             for (std::size_t i = 0; i < script.size(); ++i) {
-                script[i].m_write(*archive);
+                script.run(*archive, i);
                 if (i % 17 == 3)
                     archive->Flush(i % 2 == 0);
             }
@@ -202,7 +187,7 @@ TEST_P(ArchiveWindow, RandomScriptsAreWrittenAsTheModelDoesAndReadBack)
 
         auto archive = open(CXArchive::load);
         for (std::size_t i = 0; i < script.size(); ++i) {
-            ASSERT_TRUE(script[i].m_read(*archive)) << "seed " << seed << " step " << i;
+            ASSERT_TRUE(script.run(*archive, i)) << "seed " << seed << " step " << i;
             if (i % 17 == 3) {
                 archive->Flush();
                 ASSERT_EQ(m_file->GetPosition(), archive->GetPosition());
@@ -214,22 +199,21 @@ TEST_P(ArchiveWindow, RandomScriptsAreWrittenAsTheModelDoesAndReadBack)
 
 TEST_P(ArchiveWindow, AFileCutAnywhereEndsWithEndOfFileAndNoName)
 {
-    auto const script = random_script(77, 25);
-    auto const bytes = encode(script).substr(0, 3000);
+    Script const script(77, 25);
+    auto const bytes = script.encode();
     m_file->SetFilePath(L"C:\\scenes\\a.bin");
     for (std::size_t length = 0; length < bytes.size(); length += 1 + length / 300) {
         set_contents(std::string_view(bytes).substr(0, length));
         auto archive = open(CXArchive::load);
         CXTString<wchar_t> file_name(L"x");
-        bool short_read = false; // Read() may come back with less instead
+        bool read = true; // false when Read() comes back with less
         auto const cause = cause_of(
             [&] {
-                for (Step const &step : script)
-                    if ((short_read = !step.m_read(*archive)))
-                        return;
+                for (std::size_t i = 0; read && i < script.size(); ++i)
+                    read = script.run(*archive, i);
             },
             &file_name);
-        ASSERT_TRUE(short_read || (cause == Exception::endOfFile && file_name.IsEmpty())) << length;
+        ASSERT_TRUE(!read || (cause == Exception::endOfFile && file_name.IsEmpty())) << length;
     }
 }
 
@@ -259,46 +243,48 @@ TEST_P(ArchiveWindow, ClaimsBeyondTheEndFailBeforeMemoryIsTaken)
 TEST_P(ArchiveWindow, AnythingInTheWrongModeThrowsAtOnce)
 {
     set_contents(std::string(300, 'x'));
-    auto loading = open(CXArchive::load);
-    char byte;
-    *loading >> byte; // the window is full
-    CXObject const *const null_object = nullptr;
+    auto const expect_refusal = [&](CXArchiveException::ArchiveExceptionType cause, auto... calls) {
+        int number = 0;
+        auto const refuses = [&](auto const &call) {
+            CXTString<wchar_t> file_name(L"x");
+            EXPECT_EQ(cause_of(call, &file_name), cause) << "call " << ++number;
+            EXPECT_TRUE(file_name == m_file->GetFilePath());
+        };
+        (refuses(calls), ...);
+    };
+    auto const loading = open(CXArchive::load);
     CXArchive &in = *loading;
-    std::function<void()> const writes[] = { [&] { in << true; }, [&] { in << 'c'; },
-        [&] { in << static_cast<unsigned char>(1); }, [&] { in << static_cast<short>(1); },
-        [&] { in << static_cast<unsigned short>(1); }, [&] { in << 1; }, [&] { in << 1U; },
-        [&] { in << 1LL; }, [&] { in << 1ULL; }, [&] { in << 1.0F; }, [&] { in << 1.0; },
-        [&] { in << L'c'; }, [&] { in << CXTString<char>("x"); },
-        [&] { in << CXTString<wchar_t>(L"x"); }, [&] { in << null_object; },
-        [&] { in.WriteObject(nullptr); }, [&] { in.WriteCount(1); },
-        [&] { in.WriteStringLength(1, xEncodingANSI); }, [&] { in.Write("", 0); } };
-    for (auto const &write : writes) {
-        CXTString<wchar_t> file_name(L"x");
-        EXPECT_EQ(cause_of(write, &file_name), Exception::readOnly) << &write - writes;
-        EXPECT_TRUE(file_name == m_file->GetFilePath());
-    }
-    EXPECT_EQ(cause_of([&] { in.WriteClass(nullptr); }), Exception::genericException);
-    loading.reset();
+    char byte;
+    in >> byte; // so that there is a window
+    auto const write = [&](auto value) { return [&in, value] { in << value; }; };
+    CXObject const *const no_object = nullptr;
+    expect_refusal(
+        Exception::readOnly, write(true), write('c'), write(static_cast<unsigned char>(1)),
+        write(static_cast<short>(1)), write(static_cast<unsigned short>(1)), write(1), write(1U),
+        write(1LL), write(1ULL), write(1.0F), write(1.0), write(L'c'), write(CXTString<char>()),
+        write(CXTString<wchar_t>()), write(no_object), [&] { in.WriteCount(1); },
+        [&] { in.WriteStringLength(1, xEncodingANSI); }, [&] { in.Write("", 0); });
+    expect_refusal(Exception::genericException, [&] { in.WriteClass(nullptr); });
 
-    auto storing = open(CXArchive::store);
-    *storing << 'x';
+    auto const storing = open(CXArchive::store);
     CXArchive &out = *storing;
-    auto const read = [&](auto value) -> std::function<void()> {
-        return [&out, value]() mutable { out >> value; };
+    out << 'x';
+    auto const read = [&](auto value) {
+        return [&out, value] {
+            auto target = value;
+            out >> target;
+        };
     };
     xStringEncoding encoding;
-    std::function<void()> const reads[] = { read(true), read('c'),
-        read(static_cast<unsigned char>(1)), read(static_cast<short>(1)),
-        read(static_cast<unsigned short>(1)), read(1), read(1U), read(1LL), read(1ULL), read(1.0F),
-        read(1.0), read(L'c'), read(CXTString<char>()), read(CXTString<wchar_t>()),
-        read(static_cast<CXObject *>(nullptr)), read(static_cast<CXObject const *>(nullptr)),
-        read(static_cast<CXFile *>(nullptr)), [&] { out.ReadObject(nullptr); },
-        [&] { out.ReadCount(); }, [&] { out.ReadStringLength(encoding); },
-        [&] { out.Read(&byte, 0); }, [&] { out.EnsureRead(&byte, 1); },
-        [&] { out.EnsureAvailable(1, 1); }, [&] { out.GetBytesLeft(); } };
-    for (auto const &call : reads)
-        EXPECT_EQ(cause_of(call), Exception::writeOnly) << &call - reads;
-    EXPECT_EQ(cause_of([&] { out.ReadClass(); }), Exception::genericException);
+    expect_refusal(
+        Exception::writeOnly, read(true), read('c'), read(static_cast<unsigned char>(1)),
+        read(static_cast<short>(1)), read(static_cast<unsigned short>(1)), read(1), read(1U),
+        read(1LL), read(1ULL), read(1.0F), read(1.0), read(L'c'), read(CXTString<char>()),
+        read(CXTString<wchar_t>()), read(static_cast<CXObject *>(nullptr)), read(no_object),
+        read(static_cast<CXFile *>(nullptr)), [&] { out.ReadCount(); },
+        [&] { out.ReadStringLength(encoding); }, [&] { out.Read(&byte, 0); },
+        [&] { out.EnsureRead(&byte, 1); }, [&] { out.EnsureAvailable(1, 1); });
+    expect_refusal(Exception::genericException, [&] { out.ReadClass(); });
 }
 
 TEST_P(ArchiveWindow, FlushingALoadingArchiveHandsTheFileOver)

@@ -77,6 +77,34 @@ template <class Write> std::string store_bytes(Write const &write)
     return get_bytes(file);
 }
 
+// Stores each value, or loads one and compares: true when all are the same, bit for bit.
+template <class... Values> bool exchange(CXArchive &archive, Values const &...values)
+{
+    auto const exchange_one = [&]<class T>(T const &value) {
+        if (archive.IsStoring()) {
+            archive << value;
+            return true;
+        }
+        T loaded {};
+        archive >> loaded;
+        if constexpr (std::is_trivially_copyable_v<T>)
+            return std::memcmp(&loaded, &value, sizeof value) == 0;
+        else
+            return loaded == value;
+    };
+    bool equal = true;
+    ((equal = exchange_one(values) && equal), ...);
+    return equal;
+}
+
+// Strings are stored whole, and loaded up to their first zero.
+template <class T> bool exchange_cut(CXArchive &archive, std::basic_string<T> const &text)
+{
+    if (archive.IsLoading())
+        return exchange(archive, CXTString<T>(text.c_str()));
+    return exchange(archive, CXTString<T>(text.data(), static_cast<int>(text.size())));
+}
+
 // Calls read(archive) on bytes in memory.
 template <class Read> void load_bytes(std::string_view bytes, Read const &read)
 {
