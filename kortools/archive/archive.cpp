@@ -341,5 +341,5 @@ unsigned long long CXArchive::EnsureAvailable(
     if (count > left / elementSize)
         CXArchiveException::Throw(CXArchiveException::endOfFile);
     return left != unknown_size ? count
-                                : std::min(count, std::max(unchecked_room / elementSize, 2ULL));
+                                : std::min(count, std::max(unchecked_room / elementSize, 1ULL));
 }

@@ -7,7 +7,8 @@
 // file belongs to the archive; in between, Flush() makes the file's position the archive's.
 // An archive is used by one thread at a time.
 //
-// Every failure throws a CXArchiveException, or what the file throws. Reading is safe on damaged
+// Every failure throws a CXArchiveException, what the file throws, or a CXMemoryException when
+// memory is exhausted or a string has more than 2^31 - 1 characters. Reading is safe on damaged
 // and hostile data: nothing is allocated for lengths and counts that what is left of the file
 // cannot hold, and objects nest to a limited depth. After a failure the archive is good for
 // Close(), Abort() and its destructor only; the target of the operator that failed has some valid
@@ -120,7 +121,7 @@ public:
     // To be called before making room for `count` elements that were announced by the file and
     // have at least `elementSize` bytes each in it (0 counts as 1). Throws end of file when the
     // file is too short for them. Returns how many may be made room for at once: `count` or, when
-    // the file cannot tell its length, 64 KiB of them and at least 2; read these and ask again for
+    // the file cannot tell its length, 64 KiB of them and at least 1; read these and ask again for
     // the rest.
     unsigned long long EnsureAvailable(unsigned long long count, unsigned long long elementSize);
 

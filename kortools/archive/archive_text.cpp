@@ -13,6 +13,9 @@
 using kortools::core::copy_from_utf16;
 using kortools::core::copy_to_utf16;
 using kortools::core::count_utf16_units;
+using kortools::platform::is_high_surrogate;
+using kortools::platform::is_low_surrogate;
+using kortools::platform::load_utf16_unit;
 
 namespace {
 
@@ -348,7 +351,7 @@ void CXArchive::ReadWide(unsigned long long length, CXTCharArray<wchar_t> &text)
     StringFiller<wchar_t> filler(text);
     std::size_t room = 0; // characters
     while (length != 0) {
-        if (room < std::min(length, 2ULL)) {
+        if (room == 0) {
             room = static_cast<std::size_t>(EnsureAvailable(length, 2));
             filler.reserve(room);
         }
@@ -364,20 +367,18 @@ void CXArchive::ReadWide(unsigned long long length, CXTCharArray<wchar_t> &text)
     }
 }
 
-// How many units, from 1 to `most`, to convert at once: those in the window, but not the first
-// half of a pair alone. The text has `length` more units.
+// How many units of a text that has `length` more of them to convert at once: those in the window,
+// `most` at most, but not the first half of a pair alone. They never make more than `most`
+// characters.
 std::size_t CXArchive::FillUnits(unsigned long long most, unsigned long long length)
 {
     FillBuffer(2);
     auto const units = static_cast<std::size_t>(std::min<unsigned long long>(most, GetRest() / 2));
-    if (kortools::platform::wide_is_utf16 || units == length)
-        return units;
-    char16_t last;
-    std::memcpy(&last, m_current + 2 * (units - 1), sizeof last);
-    if (!kortools::platform::is_high_surrogate(last))
+    if (kortools::platform::wide_is_utf16 || units == length
+        || !is_high_surrogate(load_utf16_unit(m_current, units - 1)))
         return units;
     if (units > 1)
         return units - 1;
     FillBuffer(4);
-    return 2;
+    return is_low_surrogate(load_utf16_unit(m_current, 1)) ? 2 : 1;
 }

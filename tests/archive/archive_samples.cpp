@@ -148,8 +148,8 @@ std::string read_as_values(ArchiveSample const &sample, std::string const &bytes
             wrong = "reads as other values";
         else if (archive.GetBytesLeft() != 0)
             wrong = "has more than was written";
+        SampleShape::s_loaded.clear();
     });
-    SampleShape::s_loaded.clear();
     return wrong;
 }
 

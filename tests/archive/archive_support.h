@@ -105,12 +105,16 @@ template <class T> bool exchange_cut(CXArchive &archive, std::basic_string<T> co
     return exchange(archive, CXTString<T>(text.data(), static_cast<int>(text.size())));
 }
 
-// Calls read(archive) on bytes in memory.
+// Calls read(archive) on a file in memory, and on one that has to be copied from through the
+// smallest window.
 template <class Read> void load_bytes(std::string_view bytes, Read const &read)
 {
     CXMemFile file(reinterpret_cast<unsigned char const *>(bytes.data()), bytes.size());
     CXArchive archive(&file, CXArchive::load);
     read(archive);
+    StreamFile stream(bytes, 100);
+    CXArchive windowed(&stream, CXArchive::load, CXArchive::minimum_buffer_size);
+    read(windowed);
 }
 
 } // namespace kor_test
