@@ -24,6 +24,11 @@
 #include "kortools/archive/mem_file.h"
 #include "kortools/archive/runtime_class.h"
 
+#include "kortools/data/duration.h"
+#include "kortools/data/system_time.h"
+#include "kortools/data/time_text.h"
+#include "kortools/data/xtime.h"
+
 // Settings of the layer below, for applications: the ANSI page, drives and shares, message boxes.
 #include "kortools/platform/code_pages.h"
 #include "kortools/platform/file_system.h"

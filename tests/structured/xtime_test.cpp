@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/data/xtime.h"
+
+#include "kortools/archive/archive.h"
+#include "kortools/archive/mem_file.h"
+#include "tests/structured/process_zone.h"
+#include "tests/structured/time_support.h"
+#include "tests/support/oracle.h"
+
+#include <chrono>
+#include <climits>
+#include <cstring>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr long long last_second = 32535215999; // of the year 3000, UTC
+
+std::vector<int> get_fields(std::tm const &fields)
+{
+    return { fields.tm_year, fields.tm_mon, fields.tm_mday, fields.tm_hour, fields.tm_min,
+        fields.tm_sec, fields.tm_wday, fields.tm_yday, fields.tm_isdst };
+}
+
+// The fields by the standard library's calendar, which asks no C library.
+std::vector<int> get_model_fields(long long seconds)
+{
+    using namespace std::chrono;
+    sys_seconds const instant { std::chrono::seconds(seconds) };
+    auto const day = floor<days>(instant);
+    year_month_day const date(day);
+    hh_mm_ss const time(instant - day);
+    auto const new_year = sys_days(date.year() / January / 1);
+    return { int(date.year()) - 1900, int(unsigned(date.month())) - 1, int(unsigned(date.day())),
+        int(time.hours().count()), int(time.minutes().count()), int(time.seconds().count()),
+        int(weekday(day).c_encoding()), int((day - new_year).count()), 0 };
+}
+
+TEST(Time, BreaksDownAndComesBackByAnIndependentCalendar)
+{
+    kor_test::ProcessZone const zone("UTC0");
+    std::mt19937_64 random(7);
+    std::vector<long long> times { 0, 1, 86399, 86400, 951782400, last_second };
+    while (times.size() < 3000)
+        times.push_back(static_cast<long long>(random() % (last_second + 1)));
+    for (long long const seconds : times) {
+        CXTime const time(seconds);
+        std::tm local {};
+        std::tm utc {};
+        ASSERT_TRUE(time.GetLocalTm(&local));
+        ASSERT_TRUE(time.GetUTCTm(&utc));
+        ASSERT_EQ(get_fields(local), get_model_fields(seconds)) << seconds;
+        ASSERT_EQ(get_fields(utc), get_fields(local)) << seconds;
+        ASSERT_EQ(CXTime(&local), time);
+        ASSERT_EQ(CXTime(time.GetYear(), time.GetMonth() + 1, time.GetDay(), time.GetHour(),
+                      time.GetMinute(), time.GetSecond(), -1),
+            time);
+        ASSERT_EQ(time.GetDayOfWeek(), utc.tm_wday + 1);
+    }
+}
+
+TEST(Time, LocalFieldsAreNormalisedAndRefusedAsRecorded)
+{
+    kor_test::ProcessZone const zone("UTC0");
+    for (kor_test::OracleRow const &row : kor_test::read_oracle("crt_mktime.tsv")) {
+        std::vector<int> in;
+        for (std::size_t i = 0; i < 7; ++i)
+            in.push_back(std::stoi(row[i]));
+        std::tm fields {};
+        fields.tm_year = in[0];
+        fields.tm_mon = in[1];
+        fields.tm_mday = in[2];
+        fields.tm_hour = in[3];
+        fields.tm_min = in[4];
+        fields.tm_sec = in[5];
+        fields.tm_isdst = in[6];
+        std::vector<int> const before = get_fields(fields);
+        long long const expected = std::stoll(row[7]);
+        CXTime time(-1);
+        bool const is_refused = kor_test::is_invalid_argument([&] { time = CXTime(&fields); });
+        ASSERT_EQ(time.GetTime(), expected) << testing::PrintToString(row);
+        ASSERT_EQ(is_refused, expected == -1) << testing::PrintToString(row);
+        std::vector<int> after;
+        for (std::size_t i = 8; i < 17 && expected != -1; ++i)
+            after.push_back(std::stoi(row[i]));
+        ASSERT_EQ(get_fields(fields), is_refused ? before : after) << testing::PrintToString(row);
+    }
+}
+
+TEST(Time, FormatsAsRecorded)
+{
+    kor_test::ProcessZone const zone("UTC0");
+    for (kor_test::OracleRow const &row : kor_test::read_oracle("crt_wcsftime.tsv")) {
+        CXTime const time(std::stoll(row[0]));
+        std::wstring const format = kor_test::to_wide(kor_test::unescape(row[1]));
+        std::wstring const expected = kor_test::to_wide(kor_test::unescape(row[3]));
+        ASSERT_EQ(time.FormatGmt(format.c_str()), expected) << row[0] << ' ' << row[1];
+        ASSERT_EQ(time.Format(format.c_str()), expected) << row[0] << ' ' << row[1];
+    }
+}
+
+TEST(Time, FormatsWhatTheRecordsLeaveOut)
+{
+    kor_test::ProcessZone const zone("UTC0");
+    CXTime const time(1709647449); // Tuesday, 2024-03-05 14:04:09
+    struct {
+        wchar_t const *format;
+        wchar_t const *expected;
+    } const cases[] = {
+        { L"%#c", L"Tuesday, March 05, 2024, 14:04:09" },
+        { L"%#D %#F %#r %#R %#e %#V", L"3/5/24 2024-3-5 2:4:9 PM 14:4 5 10" },
+        { L"%Ey%Od%EY", L"24052024" },
+        { L"%z|%#z", L"+0000|+0000" },
+        { L"%", L"" },
+        { L"%#", L"" },
+        { L"a%Qb", L"" },
+        { L"%Ed", L"" },
+        { L"%E", L"" },
+        { L"\U0001F30D%y", L"\U0001F30D24" },
+    };
+    for (auto const &c : cases) {
+        EXPECT_EQ(time.Format(c.format), c.expected) << testing::PrintToString(c.format);
+        EXPECT_EQ(time.FormatGmt(c.format), c.expected) << testing::PrintToString(c.format);
+    }
+    EXPECT_EQ(time.FormatGmt(L"%Z"), L"UTC");
+    EXPECT_EQ(CXTime(1262476800).FormatGmt(L"%#g %G %V"), L"9 2009 53");  // 2010-01-03
+    EXPECT_EQ(CXTime(1735560000).FormatGmt(L"%G-W%V-%u"), L"2025-W01-1"); // 2024-12-30
+    // 255 UTF-16 units fit, whatever the width of a character.
+    std::wstring format;
+    for (int i = 0; i < 126; ++i)
+        format += L"\U0001F30D";
+    EXPECT_EQ(time.Format((format + L"xxx").c_str()), format + L"xxx");
+    EXPECT_EQ(time.Format((format + L"xxxx").c_str()), L"");
+}
+
+TEST(Time, HasNoDateOutsideTheYears1970To3000)
+{
+    kor_test::ProcessZone const zone("UTC0");
+    for (long long const seconds : { -1LL, last_second + 1, LLONG_MIN, LLONG_MAX }) {
+        CXTime const time(seconds);
+        std::tm fields {};
+        fields.tm_mon = 77;
+        EXPECT_FALSE(time.GetLocalTm(&fields));
+        EXPECT_FALSE(time.GetUTCTm(&fields));
+        EXPECT_EQ(fields.tm_mon, 77);
+        EXPECT_EQ(time.GetYear(), 0);
+        EXPECT_EQ(time.GetMonth(), 0);
+        EXPECT_EQ(time.GetDay(), 0);
+        EXPECT_EQ(time.GetHour(), -1);
+        EXPECT_EQ(time.GetMinute(), -1);
+        EXPECT_EQ(time.GetSecond(), -1);
+        EXPECT_EQ(time.GetDayOfWeek(), 0);
+        EXPECT_EQ(time.Format(L"%Y"), L"%Y");
+        EXPECT_EQ(time.FormatGmt(L"%Y"), L"%Y");
+        EXPECT_EQ(time.GetElapsedDays(), seconds / 86400);
+    }
+    EXPECT_EQ(CXTime(-86401).GetElapsedDays(), -1);
+}
+
+TEST(Time, BadArgumentsThrowAndNullFieldsAreNoDate)
+{
+    using kor_test::is_invalid_argument;
+    CXTime const time;
+    EXPECT_TRUE(is_invalid_argument([&] { time.GetLocalTm(nullptr); }));
+    EXPECT_TRUE(is_invalid_argument([&] { time.GetUTCTm(nullptr); }));
+    EXPECT_TRUE(is_invalid_argument([] { CXTime(1960, 1, 1, 0, 0, 0, -1); }));
+    EXPECT_TRUE(is_invalid_argument([] { CXTime(INT_MIN, INT_MIN, INT_MIN, 0, 0, 0, -1); }));
+    EXPECT_TRUE(is_invalid_argument([] { CXTime(INT_MAX, INT_MAX, INT_MAX, 0, 0, 0, 1); }));
+    EXPECT_EQ(CXTime(static_cast<tm const *>(nullptr)), CXTime());
+    EXPECT_EQ(time.Format(nullptr), L"");
+    EXPECT_EQ(time.FormatGmt(nullptr), L"");
+}
+
+TEST(Time, MonthsAreCountedFromZeroAndDaysOfTheWeekFromOne)
+{
+    kor_test::ProcessZone const zone("UTC0");
+    EXPECT_EQ(CXTime(2024, 1, 7, 0, 0, 0, -1).GetMonth(), 0);
+    EXPECT_EQ(CXTime(2024, 12, 7, 0, 0, 0, -1).GetMonth(), 11);
+    EXPECT_EQ(CXTime(2024, 1, 7, 0, 0, 0, -1).GetDayOfWeek(), 1); // a Sunday
+    EXPECT_EQ(CXTime(2024, 1, 6, 0, 0, 0, -1).GetDayOfWeek(), 7);
+    EXPECT_EQ(CXTime(2020, 13, 1, 0, 0, 0, -1), CXTime(2021, 1, 1, 0, 0, 0, -1));
+}
+
+TEST(Time, DaylightSavingIsTakenOffInSummerAndWhereTheFlagSaysSo)
+{
+    kor_test::ProcessZone const zone("EST5EDT");
+    CXTime const noon_of_summer(1721059200); // 2024-07-15 16:00 UTC
+    EXPECT_EQ(CXTime(2024, 7, 15, 12, 0, 0, -1), noon_of_summer);
+    EXPECT_EQ(CXTime(2024, 7, 15, 12, 0, 0, 1), noon_of_summer);
+    EXPECT_EQ(CXTime(2024, 7, 15, 12, 0, 0, 0), noon_of_summer + 3600);
+    EXPECT_EQ(CXTime(2024, 1, 15, 12, 0, 0, -1).FormatGmt(L"%H"), L"17");
+    EXPECT_EQ(CXTime(2024, 1, 15, 12, 0, 0, 1).FormatGmt(L"%H"), L"16");
+    EXPECT_EQ(noon_of_summer.Format(L"%H %z"), L"12 -0400");
+}
+
+TEST(Time, IsSavedInEightBytes)
+{
+    for (long long const seconds : { 0x0123456789ABCDEFLL, -2LL }) {
+        CXMemFile file;
+        CXArchive storing(&file, CXArchive::store);
+        CXTime(seconds).Serialize(storing);
+        storing.Close();
+        ASSERT_EQ(file.GetLength(), 8U);
+        EXPECT_EQ(std::memcmp(file.GetBuffer(), &seconds, 8), 0);
+        file.Seek(0, CXFile::begin);
+        CXArchive loading(&file, CXArchive::load);
+        CXTime time;
+        time.Serialize(loading);
+        EXPECT_EQ(time, seconds);
+    }
+}
+
+TEST(Time, DifferencesAreDurationsAndValuesAreSigned)
+{
+    CXTime time = 0;
+    time = 1000;
+    EXPECT_EQ(time - CXTime(1090), CXDuration(-90));
+    EXPECT_EQ(time + CXDuration(0, 0, 1, 0), CXTime(1060));
+    EXPECT_EQ(time - CXDuration(2000), CXTime(-1000));
+    EXPECT_TRUE(CXTime(-1) < CXTime() && CXTime() > CXTime(-1) && CXTime(5) != CXTime(4));
+    EXPECT_TRUE(CXTime(5) <= CXTime(5) && CXTime(5) >= CXTime(5) && !(CXTime(5) < CXTime(5)));
+    CXTime const now = CXTime::GetTickCount();
+    EXPECT_LE(std::abs(now.GetTime() - static_cast<long long>(std::time(nullptr))), 2);
+}
+
+TEST(Duration, PartsAddUpAndAreTruncatedTowardZero)
+{
+    struct {
+        CXDuration duration;
+        long long days, hours, minutes, seconds;
+    } const cases[] = {
+        { CXDuration(0, 25, 61, 61), 1, 2, 2, 1 },
+        { CXDuration(-90), 0, 0, -1, -30 },
+        { CXDuration(-1, -1, -1, -1), -1, -1, -1, -1 },
+        { CXDuration(1, -1, 0, 0), 0, 23, 0, 0 },
+        { CXDuration(INT_MAX, 0, 0, 59), INT_MAX, 0, 0, 59 },
+        { CXDuration(LLONG_MIN), LLONG_MIN / 86400, LLONG_MIN / 3600 % 24, LLONG_MIN / 60 % 60,
+            LLONG_MIN % 60 },
+    };
+    for (auto const &c : cases) {
+        EXPECT_EQ(c.duration.GetDays(), c.days) << c.duration.GetDuration();
+        EXPECT_EQ(c.duration.GetHours(), c.hours) << c.duration.GetDuration();
+        EXPECT_EQ(c.duration.GetMinutes(), c.minutes) << c.duration.GetDuration();
+        EXPECT_EQ(c.duration.GetSeconds(), c.seconds) << c.duration.GetDuration();
+    }
+    EXPECT_EQ(CXDuration(0, 25, 61, 61).GetTotalSeconds(), 93721);
+    CXDuration sum(100);
+    sum += CXDuration(0, 0, 0, 20);
+    sum -= 180;
+    EXPECT_EQ(sum, CXDuration(0, 0, -1, 0));
+    EXPECT_TRUE(sum < 0 && sum + 60 == CXDuration() && sum - 1 <= sum && CXDuration(1) > sum);
+}
+
+} // namespace
