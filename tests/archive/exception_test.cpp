@@ -42,7 +42,7 @@ public:
 };
 
 // The compiler must not see the null, nor its sanitizer object to it: that is the point.
-[[gnu::noinline, gnu::no_sanitize("null,vptr")]] void delete_exception(CXException *exception)
+__attribute__((noinline, no_sanitize("null", "vptr"))) void delete_exception(CXException *exception)
 {
     exception->Delete();
 }

@@ -17,7 +17,7 @@ CXRuntimeClass make_record(char const *name, CXObject *(*creator)() = nullptr)
 }
 
 // The compiler must not see a null record, nor its sanitizer object to it: that is the point.
-[[gnu::noinline, gnu::no_sanitize("null")]] bool is_derived(
+__attribute__((noinline, no_sanitize("null"))) bool is_derived(
     CXRuntimeClass const *record, CXRuntimeClass const *base)
 {
     return record->IsDerivedFrom(base);

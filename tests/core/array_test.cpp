@@ -136,6 +136,10 @@ template <class Call> bool throws_invalid_argument(Call call)
 
 } // namespace
 
+template class CXArray<std::string>;
+template class CXArray<int, int>;
+template class CXArray<CXTString<wchar_t>, wchar_t const *>;
+
 // --- The battery: each kind of element behaves as in a model.
 
 template <class T> class ArrayOf : public testing::Test {
@@ -264,6 +268,21 @@ TYPED_TEST(ArrayOf, ResetsElementsThatComeBackIntoUse)
     array.RemoveAll();
     array.InsertAt(2, make<T>(6));
     EXPECT_EQ(array, make_array<T>({ 0, 0, 6 }));
+}
+
+TEST(Array, TakesArgumentsByValueAndOfOtherTypes)
+{
+    CXArray<CXTString<wchar_t>, wchar_t const *> texts;
+    texts.Add(L"first");
+    texts.FreeExtra();
+    texts.Add(texts[0]); // a pointer into a block that is about to be replaced
+    texts.InsertAt(0, texts[0], 20);
+    EXPECT_EQ(texts[21], L"first");
+
+    CXArray<std::unique_ptr<int>, std::unique_ptr<int>> owners;
+    owners.Add(std::make_unique<int>(1));
+    owners.SetAtGrow(2, std::make_unique<int>(2));
+    EXPECT_EQ(*owners[2], 2);
 }
 
 // --- Sizes and growth
