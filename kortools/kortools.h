@@ -25,6 +25,7 @@
 #include "kortools/archive/runtime_class.h"
 
 #include "kortools/data/duration.h"
+#include "kortools/data/guid_mgr.h"
 #include "kortools/data/system_time.h"
 #include "kortools/data/time_text.h"
 #include "kortools/data/xtime.h"
