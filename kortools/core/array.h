@@ -286,13 +286,14 @@ template <class T, class ARG_T>
 template <class Value>
 int CXArray<T, ARG_T>::append(Value &&value, int growBy)
 {
-    if (m_size < m_capacity && growBy == keep_rule) [[likely]] {
-        m_data[m_size] = std::forward<Value>(value);
-        ++m_size;
+    int const index = m_size; // not read again: an int element might be m_size, for all one knows
+    if (index < m_capacity && growBy == keep_rule) [[likely]] {
+        m_data[index] = std::forward<Value>(value);
+        m_size = index + 1;
     } else {
-        store(m_size, std::forward<Value>(value), growBy);
+        store(index, std::forward<Value>(value), growBy);
     }
-    return m_size - 1;
+    return index;
 }
 
 template <class T, class ARG_T>
