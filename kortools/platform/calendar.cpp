@@ -7,11 +7,6 @@
 namespace kortools::platform {
 namespace {
 
-constexpr bool is_in_limits(long long seconds)
-{
-    return seconds >= 0 && seconds <= max_time;
-}
-
 // The runtime refuses a year by its field, before other fields are carried into it.
 constexpr bool is_year_field(int year)
 {
@@ -49,11 +44,7 @@ bool make_time(std::tm &fields, long long &seconds)
     long long const local = count_local_seconds(fields);
     if (local < -2 * seconds_per_day || local > max_time + 2 * seconds_per_day)
         return false;
-    long long const instant = get_instant(local, fields.tm_isdst);
-    if (!break_down_local(instant, fields))
-        return false;
-    seconds = instant;
-    return true;
+    return find_local_time(local, fields.tm_isdst, seconds, fields);
 }
 
 } // namespace kortools::platform

@@ -12,6 +12,11 @@ namespace kortools::platform {
 
 inline constexpr long long max_time = 32535215999; // 3000-12-31 23:59:59 UTC
 
+constexpr bool is_in_limits(long long seconds)
+{
+    return seconds >= 0 && seconds <= max_time;
+}
+
 // Set the fields (all of the platform's structure); false, and nothing set, outside the limits.
 bool break_down_local(long long seconds, std::tm &fields);
 bool break_down_utc(long long seconds, std::tm &fields);

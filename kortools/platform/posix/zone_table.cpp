@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <mutex>
 #include <time.h>
@@ -75,7 +76,7 @@ ZoneSpan const &ZoneTable::find(long long instant) const
 
 bool ZoneTable::is_for(char const *setting) const
 {
-    return setting ? m_is_set && m_setting == setting : !m_is_set;
+    return setting ? m_is_set && std::strcmp(m_setting.c_str(), setting) == 0 : !m_is_set;
 }
 
 ZoneTable::Block const &ZoneTable::fill(int index) const
