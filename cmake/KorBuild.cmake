@@ -33,6 +33,7 @@ endif()
 add_library(kor_warnings INTERFACE)
 target_compile_options(kor_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion> # not part of g++'s -Wconversion for C++
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     $<$<BOOL:${KORTOOLS_WERROR}>:-Werror>)
 
