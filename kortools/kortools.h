@@ -24,8 +24,11 @@
 #include "kortools/archive/mem_file.h"
 #include "kortools/archive/runtime_class.h"
 
+#include "kortools/data/custom_data.h"
+#include "kortools/data/custom_data_class.h"
 #include "kortools/data/duration.h"
 #include "kortools/data/guid_mgr.h"
+#include "kortools/data/string_list.h"
 #include "kortools/data/system_time.h"
 #include "kortools/data/time_text.h"
 #include "kortools/data/xtime.h"
