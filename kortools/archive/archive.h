@@ -331,9 +331,9 @@ inline CXArchive &CXArchive::operator<<(wchar_t value)
 
 inline CXArchive &CXArchive::operator>>(bool &value)
 {
-    unsigned char byte;
-    Get(byte);
-    value = byte != 0;
+    unsigned char flag; // <windows.h> has a type `byte`
+    Get(flag);
+    value = flag != 0;
     return *this;
 }
 
