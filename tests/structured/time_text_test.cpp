@@ -11,10 +11,7 @@
 #include <gtest/gtest.h>
 
 #ifdef _WIN32
-#include <windows.h>
-// Once more behind <windows.h>, whose names must not change what they declare.
-#include "kortools/data/system_time.h"
-#include "kortools/platform/time_records.h"
+#include <windows.h> // behind the library's headers
 #endif
 
 namespace {
