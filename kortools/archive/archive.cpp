@@ -24,7 +24,7 @@ namespace {
 constexpr std::size_t max_file_request = 0x4000'0000;   // CXFile counts in 32 bits
 constexpr unsigned long long unchecked_room = 0x1'0000; // bytes for a count that is not verified
 
-// The last file call failed in a way that the caller of this archive need not hear about.
+// Swallows what the call throws.
 template <class Call> bool succeeds(Call const &call)
 {
     try {
@@ -76,18 +76,13 @@ CXArchive::~CXArchive()
     Abort();
 }
 
-CXFile *CXArchive::DetachFile() noexcept
+void CXArchive::Abort() noexcept
 {
     SetWindow(nullptr, nullptr, nullptr);
     if (!m_userBuffer)
         std::free(m_buffer);
     m_buffer = nullptr;
-    return std::exchange(m_file, nullptr);
-}
-
-void CXArchive::Abort() noexcept
-{
-    DetachFile();
+    m_file = nullptr;
 }
 
 void CXArchive::Close()
@@ -97,10 +92,10 @@ void CXArchive::Close()
     try {
         Flush(true);
     } catch (...) {
-        DetachFile();
+        Abort();
         throw;
     }
-    DetachFile();
+    Abort();
 }
 
 void CXArchive::Flush(bool lastTime)
@@ -134,12 +129,11 @@ void CXArchive::Throw(int cause) const
         static_cast<CXArchiveException::ArchiveExceptionType>(cause), m_fileName);
 }
 
-void CXArchive::CheckMode(Mode mode) const
+void CXArchive::ThrowMode(Mode mode) const
 {
     if ((m_mode & load) != mode)
         Throw(mode == store ? CXArchiveException::readOnly : CXArchiveException::writeOnly);
-    if (!m_file)
-        Throw(CXArchiveException::genericException);
+    Throw(CXArchiveException::genericException);
 }
 
 void CXArchive::SetWindow(unsigned char *start, unsigned char *current, unsigned char *end)

@@ -247,7 +247,12 @@ private:
     template <class T> CXArchive &Get(T &value);
 
     [[noreturn]] void Throw(int cause) const;
-    void CheckMode(Mode mode) const; // throws read-only or write-only; generic on a closed archive
+    [[noreturn]] void ThrowMode(Mode mode) const;
+    void CheckMode(Mode mode) const // throws read-only or write-only; generic on a closed archive
+    {
+        if ((m_mode & load) != mode || !m_file) [[unlikely]]
+            ThrowMode(mode);
+    }
 
     void SetWindow(unsigned char *start, unsigned char *current, unsigned char *end);
     void MakeRoom(std::size_t size); // at least `size` bytes of window to write
@@ -259,7 +264,6 @@ private:
     std::size_t ReadFromFile(unsigned char *target, std::size_t size);
     std::size_t ReadPastWindow(unsigned char *target, std::size_t size);
     void Skip(unsigned long long count, unsigned long long elementSize);
-    CXFile *DetachFile() noexcept;
 
     void WriteLargeCount(unsigned long long count);
     unsigned long long ReadLargeCount();
