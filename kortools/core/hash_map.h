@@ -81,13 +81,21 @@ public:
     int Find(ARG_K key, V *&value) { return (value = FindValue(key)) != nullptr; }
     int Find(ARG_K key, V const *&value) const { return (value = FindValue(key)) != nullptr; }
 
-    int IsFound(ARG_K key) const { return Core::FindLive(key).slot != nullptr; }
+    int IsFound(ARG_K key) const { return Core::FindLive(key) != nullptr; }
 
     // Iteration: each form gives the entry at `pos` and moves `pos` to the next one, or to -1 after
     // the last. What has been given may be removed while iterating, without rebuilding. A position
-    // without an entry fills nothing, sets pointers to null and returns a value of its own.
-    V &GetNext(unsigned int &pos, K &key) { return StepTo(pos, key); }
-    V const &GetNext(unsigned int &pos, K &key) const { return StepTo(pos, key); }
+    // without an entry gives a key and a value as their default constructors make them, or null.
+    V &GetNext(unsigned int &pos, K &key)
+    {
+        Slot *const slot = Step(pos, &key);
+        return slot ? slot->value : NoValue();
+    }
+    V const &GetNext(unsigned int &pos, K &key) const
+    {
+        Slot const *const slot = Step(pos, &key);
+        return slot ? slot->value : NoValue();
+    }
     void GetNext(unsigned int &pos, V *&value) requires(!std::is_same_v<K, V *>)
     {
         value = ValueOf(Core::Step(pos));
@@ -97,26 +105,15 @@ public:
         value = ValueOf(Core::Step(pos));
     }
     void GetNext(unsigned int &pos, K &key, V &value) const { GetNext(pos, &key, &value); }
-    void GetNext(unsigned int &pos, K &key, V *&value)
-    {
-        auto *const slot = Core::Step(pos);
-        if (slot)
-            key = slot->key;
-        value = ValueOf(slot);
-    }
+    void GetNext(unsigned int &pos, K &key, V *&value) { value = ValueOf(Step(pos, &key)); }
     void GetNext(unsigned int &pos, K &key, V const *&value) const
     {
-        V *found;
-        const_cast<CHashMap *>(this)->GetNext(pos, key, found);
-        value = found;
+        value = ValueOf(Step(pos, &key));
     }
     void GetNext(unsigned int &pos, K *key, V *value) const // either may be null
     {
-        auto const *const slot = Core::Step(pos);
-        if (slot && key)
-            *key = slot->key;
-        if (slot && value)
-            *value = slot->value;
+        Slot *const slot = Step(pos, key);
+        Core::Give(value, ValueOf(slot));
     }
 
     // Range-for over entries of `K const &key` and `V &value`. The map must not change meanwhile,
@@ -127,14 +124,12 @@ public:
 
 private:
     static V *ValueOf(Slot *slot) { return slot ? std::addressof(slot->value) : nullptr; }
-    V *FindValue(ARG_K key) const { return ValueOf(Core::FetchLive(key).slot); }
-    V &StepTo(unsigned &pos, K &key) const
+    V *FindValue(ARG_K key) const { return ValueOf(Core::FetchLive(key)); }
+    Slot *Step(unsigned &pos, K *key) const
     {
         Slot *const slot = Core::Step(pos);
-        if (!slot) [[unlikely]]
-            return NoValue();
-        key = slot->key;
-        return slot->value;
+        Core::Give(key, Core::KeyOf(slot));
+        return slot;
     }
     static V &NoValue()
     {

@@ -28,11 +28,33 @@
 // before the key.
 #pragma once
 
+#include "kortools/core/hash_index.h"
 #include "kortools/export.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <type_traits>
+
+template <class T> class CXTString;
+
+// The hash of a text before the modulus: 32-bit FNV-1a over its 16-bit units (bytes of narrow
+// text), from the last one to the first, each mixed in whole. A wide character beyond 16 bits
+// counts as its two surrogates, so that a text has the same hash on every system. Null is allowed
+// when `length` is 0; the empty text gives 0x811C9DC5.
+KORTOOLS_API unsigned int HashUTF16(wchar_t const *text, std::size_t length);
+KORTOOLS_API unsigned int HashUTF16(char16_t const *text, std::size_t length);
+KORTOOLS_API unsigned int HashUTF16(char const *text, std::size_t length);
+
+template <typename T> unsigned int HashUTF16(T const *text) // up to the first zero; null is empty
+{
+    return text ? HashUTF16(text, std::char_traits<T>::length(text)) : HashUTF16(text, 0);
+}
+template <typename T> unsigned int HashUTF16(CXTString<T> const &text)
+{
+    std::basic_string_view<T> const view = text;
+    return HashUTF16(view.data(), view.size());
+}
 
 namespace kortools::core {
 
@@ -82,4 +104,22 @@ template <typename K> struct CHashMethods {
         return GetFullHash(key) % tableSize;
     }
     static bool IsEqual(K const &a, K const &b) { return a == b; }
+};
+
+template <typename T> struct CHashMethods<CXTString<T>> {
+    static unsigned int GetFullHash(CXTString<T> const &key) { return HashUTF16(key); }
+    static unsigned int GetSearchHash(CXTString<T> const &key)
+    {
+        std::basic_string_view<T> const view = key;
+        return kortools::core::hash_bytes(view.data(), view.size() * sizeof(T));
+    }
+    static unsigned int GetHash(CXTString<T> const &key, unsigned int tableSize)
+    {
+        return GetFullHash(key) % tableSize;
+    }
+    static bool IsEqual(CXTString<T> const &a, CXTString<T> const &b)
+    {
+        using View = std::basic_string_view<T>;
+        return static_cast<View>(a) == static_cast<View>(b);
+    }
 };

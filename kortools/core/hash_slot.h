@@ -73,6 +73,8 @@ template <typename K, typename V> struct HashSlot : SlotHeap<HashSlot<K, V>> {
         }
         state = live_slot;
     }
+    void CopyFrom(HashSlot const &other) { Fill(other.key, other.value); }
+
     // Moves an entry here. When it throws, `other` is as it was if it can be copied at all.
     void TakeFrom(HashSlot &other)
     {
@@ -117,6 +119,7 @@ template <typename K> struct HashSlot<K, void> : SlotHeap<HashSlot<K, void>> {
         std::construct_at(std::addressof(key), std::forward<KEY>(new_key));
         state = live_slot;
     }
+    void CopyFrom(HashSlot const &other) { Fill(other.key); }
     void TakeFrom(HashSlot &other)
     {
         if constexpr (is_relocatable)

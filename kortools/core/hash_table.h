@@ -12,7 +12,6 @@
 template <typename K, typename METHODS = CHashMethods<K>>
 class CHashTable : public kortools::core::HashCore<K, void, METHODS> {
     using Core = kortools::core::HashCore<K, void, METHODS>;
-    using typename Core::Slot;
 
 public:
     // `size` slots, made a prime: 23 as it is, else the prime at or above it, at least 5.
@@ -43,25 +42,20 @@ public:
     void Remove(CHashTable const &other) { Core::RemoveEntries(other); }
 
     // The table's own key, or null. Valid until the next insertion, or removal of this key.
-    K const *Find(K const &key) const { return KeyOf(Core::FetchLive(key).slot); }
-    int IsFound(K const &key) const { return Core::FindLive(key).slot != nullptr; }
+    K const *Find(K const &key) const { return Core::KeyOf(Core::FetchLive(key)); }
+    int IsFound(K const &key) const { return Core::FindLive(key) != nullptr; }
 
     // Iteration: each form gives the key at `pos` and moves `pos` to the next one, or to -1 after
     // the last. What has been given may be removed while iterating, without rebuilding. A position
-    // without a key fills nothing and gives a null pointer.
-    K const *GetNext(unsigned int &pos) const { return KeyOf(Core::Step(pos)); }
+    // without a key gives one as its default constructor makes it, or null.
+    K const *GetNext(unsigned int &pos) const { return Core::KeyOf(Core::Step(pos)); }
     void GetNext(unsigned int &pos, K &key) const { GetNext(pos, &key); }
     void GetNext(unsigned int &pos, K *key) const // may be null
     {
-        Slot const *const slot = Core::Step(pos);
-        if (slot && key)
-            *key = slot->key;
+        Core::Give(key, Core::KeyOf(Core::Step(pos)));
     }
 
     // Range-for over the keys. The table must not change meanwhile.
     auto begin() const { return Core::template Begin<K const &>(); }
     std::default_sentinel_t end() const { return {}; }
-
-private:
-    static K const *KeyOf(Slot const *slot) { return slot ? std::addressof(slot->key) : nullptr; }
 };

@@ -5,9 +5,24 @@
 
 #include <algorithm>
 #include <functional>
+#include <random>
+#include <utility>
 #include <vector>
 
 namespace kor_test {
+
+// Random numbers below a bound, the same in each run.
+class Random {
+public:
+    explicit Random(unsigned seed)
+        : m_engine(seed)
+    {
+    }
+    unsigned operator()(unsigned bound) { return static_cast<unsigned>(m_engine() % bound); }
+
+private:
+    std::mt19937 m_engine;
+};
 
 inline bool counts_as_prime(unsigned long long odd)
 {

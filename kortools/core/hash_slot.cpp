@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kortools/core/hash_core.h"
+#include "kortools/core/hash_slot.h"
 
 #include "kortools/platform/large_pages.h"
 

@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/core/hash_methods.h"
+
+#include "kortools/core/ex_lc_string.h"
+#include "kortools/core/hash_index.h"
+#include "kortools/core/hash_tags.h"
+#include "kortools/core/xstring.h"
+#include "tests/core/hash_model.h"
+#include "tests/support/oracle.h"
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Computed apart from this library, over UTF-16 units.
+struct TextHash {
+    char16_t const *text;
+    unsigned hash, slot_of_23, slot_of_97, slot_of_389;
+};
+TextHash const text_hashes[] = {
+    { u"", 0x811C9DC5, 10, 64, 264 },
+    { u"a", 0xE40C292C, 14, 83, 111 },
+    { u"ab", 0x3C2BA6CC, 18, 61, 197 },
+    { u"ba", 0x4D2505CA, 7, 73, 93 },
+    { u"\u00E9t\u00E9", 0xA39E1B7B, 1, 20, 189 },
+    { u"\u65E5\u672C\u8A9E", 0x8EBFA676, 5, 94, 260 },
+    { u"\U0001F600", 0x35158A86, 6, 24, 336 },
+    { u"a\U0001F600b", 0xF7D8CA85, 14, 75, 261 },
+    { u"\U0010FFFF", 0xF02784A3, 7, 10, 128 },
+    { u"\xD83D", 0x37822568, 18, 88, 22 },
+    { u"\xDE00\xD83D", 0xCB31C4B8, 1, 87, 351 },
+    { u"C:\\scenes\\Cube.obj", 0x89CDA5F5, 5, 48, 198 },
+};
+
+TEST(HashUTF16, GivesTheRecordedHashesOnEverySystem)
+{
+    for (TextHash const &row : text_hashes) {
+        std::u16string const units = row.text;
+        std::wstring const wide = kor_test::to_wide(units);
+        CXTString<wchar_t> const key(wide.c_str());
+        EXPECT_EQ(HashUTF16(units.data(), units.size()), row.hash);
+        EXPECT_EQ(HashUTF16(row.text), row.hash);
+        EXPECT_EQ(HashUTF16(wide.data(), wide.size()), row.hash);
+        EXPECT_EQ(HashUTF16(key), row.hash);
+        EXPECT_EQ(CHashMethods<CXTString<wchar_t>>::GetHash(key, 23), row.slot_of_23);
+        EXPECT_EQ(CHashMethods<CXTString<wchar_t>>::GetHash(key, 97), row.slot_of_97);
+        EXPECT_EQ(CHashMethods<CXTString<wchar_t>>::GetHash(key, 389), row.slot_of_389);
+    }
+}
+
+TEST(HashUTF16, TakesBytesAsUnsignedUnitsAndNullAsEmpty)
+{
+    EXPECT_EQ(HashUTF16("ab"), 0x3C2BA6CCU);
+    EXPECT_EQ(HashUTF16(CXTString<char>("\xE9t\xE9")), 0xA39E1B7BU);
+    EXPECT_EQ(HashUTF16(static_cast<wchar_t const *>(nullptr)), 0x811C9DC5U);
+    EXPECT_EQ(HashUTF16(static_cast<char const *>(nullptr), 0), 0x811C9DC5U);
+    EXPECT_EQ(HashUTF16(L"a\0b", 3), HashUTF16(u"a\0b", 3));
+}
+
+TEST(HashMethods, ShiftIntegersInto32Bits)
+{
+    EXPECT_EQ(CHashMethods<int>::GetHash(1, 23), 16U);
+    EXPECT_EQ(CHashMethods<int>::GetHash(-1, 97), 0xFFFFFFF0U % 97);
+    EXPECT_EQ(CHashMethods<unsigned>::GetHash(0xF0000001, 97), 16U);
+    EXPECT_EQ(CHashMethods<short>::GetHash(-1, 97), 0xFFFFFFF0U % 97);
+    EXPECT_EQ(CHashMethods<wchar_t>::GetHash(L'!', 97), 528U % 97);
+    EXPECT_EQ(CHashMethods<bool>::GetHash(true, 97), 16U);
+    enum class Kind : unsigned char { Mesh = 200 };
+    EXPECT_EQ(CHashMethods<Kind>::GetHash(Kind::Mesh, 97), 3200U % 97);
+}
+
+// `long` and size_t have 32 bits here and 64 there.
+TEST(HashMethods, HashASmallNumberAlikeInEveryWidth)
+{
+    for (int const key : { 0, 1, -1, 77, INT32_MAX, INT32_MIN }) {
+        EXPECT_EQ(CHashMethods<long>::GetFullHash(key), CHashMethods<int>::GetFullHash(key));
+        EXPECT_EQ(CHashMethods<long long>::GetFullHash(key), CHashMethods<int>::GetFullHash(key));
+    }
+    for (unsigned const key : { 0U, 1U, 0x80000000U, 0xFFFFFFFFU }) {
+        EXPECT_EQ(CHashMethods<unsigned long>::GetFullHash(key), key << 4);
+        EXPECT_EQ(CHashMethods<unsigned long long>::GetFullHash(key), key << 4);
+    }
+    using Signed = CHashMethods<long long>;
+    EXPECT_EQ(Signed::GetFullHash(2147483648LL), 0xF1BBCDCBU);
+    EXPECT_EQ(Signed::GetFullHash(-2147483649LL), 0x9B4B863AU);
+    EXPECT_EQ(Signed::GetFullHash(1099511627781LL), 0x779B97A4U);
+    EXPECT_EQ(Signed::GetFullHash(INT64_MAX), 0xA3E3991EU);
+    EXPECT_EQ(Signed::GetFullHash(INT64_MIN), 0xFA53E0A8U);
+    EXPECT_EQ(CHashMethods<unsigned long long>::GetFullHash(4294967296ULL), 0xE3779B97U);
+    EXPECT_EQ(CHashMethods<unsigned long long>::GetFullHash(UINT64_MAX), 0xA98FB866U);
+}
+
+// Of n keys thrown at n slots, 63 percent of the slots are hit.
+template <typename K> double share_of_slots_hit(std::vector<K> const &keys)
+{
+    auto const size = static_cast<unsigned>(keys.size());
+    std::set<unsigned> slots;
+    for (K const key : keys)
+        slots.insert(CHashMethods<K>::GetHash(key, size));
+    return static_cast<double>(slots.size()) / size;
+}
+
+TEST(HashMethods, SpreadAddressesAndLongNumbers)
+{
+    static char s_memory[8009 * 64];
+    for (std::size_t const alignment : { 1, 8, 16, 64 }) {
+        std::vector<char *> addresses;
+        for (std::size_t i = 0; i < 8009; ++i)
+            addresses.push_back(s_memory + i * alignment);
+        EXPECT_GT(share_of_slots_hit(addresses), 0.55) << alignment;
+    }
+    for (unsigned long long const stride :
+        { 1ULL << 28, 1ULL << 32, 1ULL << 48, 0x100000001ULL, 10000000000ULL }) {
+        std::vector<unsigned long long> numbers;
+        for (unsigned i = 0; i < 8009; ++i)
+            numbers.push_back(i * stride);
+        EXPECT_GT(share_of_slots_hit(numbers), 0.55) << stride;
+    }
+}
+
+TEST(HashBytes, DependsOnEveryByteAndTheLength)
+{
+    for (std::size_t size = 0; size < 200; ++size) {
+        std::string bytes(size, 'x');
+        std::set<unsigned> hashes { kortools::core::hash_bytes(bytes.data(), size),
+            kortools::core::hash_bytes((bytes + 'x').data(), size + 1) };
+        for (char &byte : bytes) {
+            byte = 'y';
+            hashes.insert(kortools::core::hash_bytes(bytes.data(), size));
+            byte = 'x';
+        }
+        EXPECT_EQ(hashes.size(), size + 2);
+    }
+}
+
+// --- Parts of the table
+
+TEST(HashTags, AnswerAlikeWithAndWithoutVectors)
+{
+    using namespace kortools::core;
+    kor_test::Random random(1);
+    for (int i = 0; i < 1000; ++i) {
+        Tag tags[window_size];
+        for (Tag &tag : tags)
+            tag = static_cast<Tag>(random(4) ? 0x80 + random(4) : random(2));
+        for (unsigned const tag : { 0U, 1U, 0x80U, 0x83U })
+            ASSERT_EQ(TagWindow(tags).GetEqualTo(tag), PortableTagWindow(tags).GetEqualTo(tag));
+        ASSERT_EQ(TagWindow(tags).GetLive(), PortableTagWindow(tags).GetLive());
+    }
+}
+
+TEST(HashTags, FindTheRemainderWithoutDividing)
+{
+    kor_test::Random random(2);
+    for (unsigned const size : { 5U, 7U, 23U, 97U, 389U, 65537U, 12749003U }) {
+        kortools::core::HashTags tags;
+        ASSERT_TRUE(tags.Allocate(size));
+        for (unsigned const hash : { 0U, 1U, size - 1, size, size + 1, 0x7FFFFFFFU, 0xFFFFFFFFU })
+            ASSERT_EQ(tags.GetHome(hash), hash % size);
+        for (int i = 0; i < 10000; ++i) {
+            unsigned const hash = random(0xFFFFFFFF);
+            ASSERT_EQ(tags.GetHome(hash), hash % size);
+            unsigned const multiple = hash / size * size;
+            ASSERT_EQ(tags.GetHome(multiple), 0U);
+            ASSERT_EQ(tags.GetHome(multiple - 1), (multiple - 1) % size);
+        }
+    }
+}
+
+TEST(KeyIndex, FindsAmongEqualHashes)
+{
+    using kortools::core::KeyIndex;
+    KeyIndex index;
+    ASSERT_TRUE(index.Allocate(97));
+    // All begin at the last entries, so that they run on over the end, in two interleaved groups.
+    auto const hash_of = [](unsigned pos) { return 0xFFFFFFFEU + pos % 2; };
+    std::set<unsigned> there;
+    kor_test::Random random(3);
+    for (int step = 0; step < 20000; ++step) {
+        unsigned const pos = random(48);
+        unsigned const found
+            = index.Find(hash_of(pos), [&](unsigned other) { return other == pos; });
+        ASSERT_EQ(found, there.contains(pos) ? pos : KeyIndex::none) << step;
+        if (there.erase(pos)) {
+            index.Remove(hash_of(pos), pos);
+        } else {
+            index.Add({ step % 7U, hash_of(pos) }, pos);
+            there.insert(pos);
+        }
+    }
+}
+
+} // namespace
