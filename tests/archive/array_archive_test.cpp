@@ -14,20 +14,6 @@ using kor_test::load_bytes;
 using kor_test::store_bytes;
 using kor_test::StreamFile;
 
-class CArrayTestNode : public CXObject {
-    KOR_DECLARE_CLASS(CArrayTestNode)
-public:
-    void Serialize(CXArchive &archive) override
-    {
-        if (archive.IsLoading())
-            archive >> m_value;
-        else
-            archive << m_value;
-    }
-    int m_value = 0;
-};
-KOR_IMPLEMENT_CLASS(CArrayTestNode, CXObject, 3)
-
 namespace {
 
 template <class T> CXArray<T> make_array(std::initializer_list<T> values)
@@ -92,29 +78,6 @@ TEST(ArrayArchive, ReadsWhatItWrote)
     }
     expect_round_trip(numbers);
     expect_round_trip(texts);
-}
-
-TEST(ArrayArchive, KeepsSharedObjects)
-{
-    CArrayTestNode first;
-    CArrayTestNode second;
-    first.m_value = 1;
-    second.m_value = 2;
-    CArrayTestNode *const nodes[] = { &first, &second, nullptr, &first };
-    CXArray<CArrayTestNode *> array;
-    for (CArrayTestNode *const node : nodes)
-        array.Add(node);
-    load_bytes(store(array), [](CXArchive &archive) {
-        CXArray<CArrayTestNode *> loaded;
-        loaded.Serialize(archive);
-        ASSERT_EQ(loaded.GetSize(), 4);
-        EXPECT_EQ(loaded[0]->m_value, 1);
-        EXPECT_EQ(loaded[1]->m_value, 2);
-        EXPECT_EQ(loaded[2], nullptr);
-        EXPECT_EQ(loaded[3], loaded[0]);
-        delete loaded[0];
-        delete loaded[1];
-    });
 }
 
 TEST(ArrayArchive, ACutFileGivesTheElementsBeforeTheCut)

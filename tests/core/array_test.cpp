@@ -158,131 +158,69 @@ TYPED_TEST(ArrayOf, AgreesWithAVector)
         std::vector<T> model;
         for (int step = 0; step < 400; ++step) {
             int const size = static_cast<int>(model.size());
-            T const value = make<T>(1 + below(1000));
             int const at = below(size + 1);
             int const count = below(5);
-            switch (below(12)) {
+            int const removed = std::min(count, size - at);
+            T const fresh = make<T>(1 + below(1000));
+            T const &value = size > 0 && below(2) ? array[below(size)] : fresh; // often its own
+            T const copy = value;
+            switch (below(11)) {
             case 0:
-            case 1:
                 EXPECT_EQ(array.Add(value), size);
-                model.push_back(value);
+                model.push_back(copy);
                 break;
-            case 2:
+            case 1:
                 EXPECT_EQ(array.Add(make<T>(7), below(3)), size);
                 model.push_back(make<T>(7));
                 break;
+            case 2:
             case 3:
                 array.InsertAt(at, value, count);
-                model.insert(model.begin() + at, std::size_t(count), value);
+                model.insert(model.begin() + at, std::size_t(count), copy);
                 break;
             case 4: // past the end
-                array.InsertAt(size + count, value);
+                if (below(2))
+                    array.InsertAt(size + count, value);
+                else
+                    array.SetAtGrow(size + count, value, -2);
                 model.resize(std::size_t(size + count));
-                model.push_back(value);
+                model.push_back(copy);
                 break;
             case 5:
-                array.SetAtGrow(size + count, value, -2);
-                model.resize(std::size_t(size + count));
-                model.push_back(value);
-                break;
             case 6:
-                array.RemoveAt(at, std::min(count, size - at));
-                model.erase(model.begin() + at, model.begin() + at + std::min(count, size - at));
+                array.RemoveAt(at, removed);
+                model.erase(model.begin() + at, model.begin() + at + removed);
                 break;
             case 7:
                 array.SetSize(at + count);
                 model.resize(std::size_t(at + count));
                 break;
-            case 8: // its own elements
+            case 8:
                 if (size < 200) {
-                    auto const copy = model;
+                    auto const all = model;
                     array.InsertAt(at, &array);
-                    model.insert(model.begin() + at, copy.begin(), copy.end());
+                    model.insert(model.begin() + at, all.begin(), all.end());
                 }
                 break;
             case 9:
                 array.FreeExtra();
                 EXPECT_EQ(array.GetCapacity(), size);
                 break;
-            case 10: {
+            default: {
                 CXArray<T> other(array);
                 array.SetSize(count);
+                array.Copy(other);
+                array = *&array;
+                other = std::move(array);
+                EXPECT_TRUE(array.IsEmpty());
                 array = std::move(other);
-                EXPECT_TRUE(other.IsEmpty());
-                break;
             }
-            default:
-                if (size > 0)
-                    array[at % size] = model[std::size_t(at % size)] = value;
             }
             ASSERT_EQ(contents(array), model) << "seed " << seed << " step " << step;
             ASSERT_GE(array.GetCapacity(), array.GetSize());
-            ASSERT_EQ(array.GetUpperBound(), array.GetCount() - 1);
         }
     }
     EXPECT_EQ(s_alive, 0);
-}
-
-TYPED_TEST(ArrayOf, StoresTheValueOfAnElementOfItsOwn)
-{
-    using T = TypeParam;
-    for (bool const full : { true, false }) { // with and without a new block
-        auto const prepare = [&] {
-            auto array = make_array<T>({ 1, 2, 3 });
-            if (full)
-                array.FreeExtra();
-            return array;
-        };
-        auto array = prepare();
-        array.Add(array[0]);
-        EXPECT_EQ(array, make_array<T>({ 1, 2, 3, 1 }));
-        array = prepare();
-        array.InsertAt(0, array[2]);
-        EXPECT_EQ(array, make_array<T>({ 3, 1, 2, 3 }));
-        array = prepare();
-        array.InsertAt(1, array[1], 3);
-        EXPECT_EQ(array, make_array<T>({ 1, 2, 2, 2, 2, 3 }));
-        array = prepare();
-        array.SetAtGrow(4, array[0]);
-        EXPECT_EQ(array, make_array<T>({ 1, 2, 3, 0, 1 }));
-        array = prepare();
-        EXPECT_EQ(array.Append(array), 3);
-        EXPECT_EQ(array, make_array<T>({ 1, 2, 3, 1, 2, 3 }));
-        array = prepare();
-        array.Copy(array);
-        array = *&array;
-        EXPECT_EQ(array, make_array<T>({ 1, 2, 3 }));
-    }
-}
-
-TYPED_TEST(ArrayOf, ResetsElementsThatComeBackIntoUse)
-{
-    using T = TypeParam;
-    auto array = make_array<T>({ 1, 2, 3, 4 });
-    array.SetSize(1);
-    array.SetSize(3);
-    EXPECT_EQ(array, make_array<T>({ 1, 0, 0 }));
-    array.RemoveAt(0, 3);
-    array.SetAtGrow(2, make<T>(5));
-    EXPECT_EQ(array, make_array<T>({ 0, 0, 5 }));
-    array.RemoveAll();
-    array.InsertAt(2, make<T>(6));
-    EXPECT_EQ(array, make_array<T>({ 0, 0, 6 }));
-}
-
-TEST(Array, TakesArgumentsByValueAndOfOtherTypes)
-{
-    CXArray<CXTString<wchar_t>, wchar_t const *> texts;
-    texts.Add(L"first");
-    texts.FreeExtra();
-    texts.Add(texts[0]); // a pointer into a block that is about to be replaced
-    texts.InsertAt(0, texts[0], 20);
-    EXPECT_EQ(texts[21], L"first");
-
-    CXArray<std::unique_ptr<int>, std::unique_ptr<int>> owners;
-    owners.Add(std::make_unique<int>(1));
-    owners.SetAtGrow(2, std::make_unique<int>(2));
-    EXPECT_EQ(*owners[2], 2);
 }
 
 // --- Sizes and growth
@@ -290,53 +228,39 @@ TEST(Array, TakesArgumentsByValueAndOfOtherTypes)
 TEST(Array, GrowsByItsRule)
 {
     struct Row {
-        int size;
+        int size; // from the first block on
         int rule;
-        int capacity; // after one element more
+        int first;  // capacity
+        int second; // capacity after one element more than that
     };
-    for (Row const row : { Row { 100, 0, 112 }, { 10, 0, 14 }, { 39, 0, 43 }, { 40, 0, 45 },
-             { 8191, 0, 9214 }, { 8192, 0, 9216 }, { 20000, 0, 21024 }, { 16, -2, 32 },
-             { 1, -2, 2 }, { 10, 7, 17 }, { 10, 1, 11 }, { 10, -5, 11 } }) {
+    for (Row const row : { Row { 100, 0, 100, 112 }, { 10, 0, 10, 14 }, { 39, 0, 39, 43 },
+             { 40, 0, 40, 45 }, { 8191, 0, 8191, 9214 }, { 8200, 0, 8200, 9224 },
+             { 20000, 0, 20000, 21024 }, { 16, -2, 16, 32 }, { 1, -2, 1, 2 }, { 10, 7, 10, 17 },
+             { 3, 50, 50, 100 }, { 10, -5, 10, 11 } }) {
         CXArray<int> array;
-        array.SetSize(row.size, 0);
-        ASSERT_EQ(array.GetCapacity(), row.size);
-        array.Add(1, row.rule);
-        EXPECT_EQ(array.GetCapacity(), row.capacity) << row.size << " by rule " << row.rule;
-        EXPECT_EQ(array.GetSize(), row.size + 1);
+        array.SetSize(row.size, row.rule);
+        EXPECT_EQ(array.GetCapacity(), row.first) << row.size << " by rule " << row.rule;
+        array.SetSize(row.first);
+        array.Add(1);
+        EXPECT_EQ(array.GetCapacity(), row.second) << row.size << " by rule " << row.rule;
+        array.SetSize(5 * row.second); // beyond what the rule gives
+        EXPECT_EQ(array.GetCapacity(), 5 * row.second);
     }
-}
-
-TEST(Array, TheFirstBlockHasRoomForTheRule)
-{
-    for (auto const &[rule, capacity] : { std::pair(50, 50), { 2, 3 }, { 0, 3 }, { -2, 3 } }) {
-        CXArray<int> array;
-        array.SetSize(3, rule);
-        EXPECT_EQ(array.GetCapacity(), capacity) << "rule " << rule;
-    }
-    CXArray<int> array;
-    array.SetSize(0, 50); // stored, no block yet
-    EXPECT_EQ(array.GetData(), nullptr);
-    EXPECT_EQ(array.Add(1), 0);
-    EXPECT_EQ(array.GetCapacity(), 50);
-    array.SetSize(200); // beyond capacity + rule
-    EXPECT_EQ(array.GetCapacity(), 200);
-    CXArray<int> copy(array);
-    copy.SetSize(201); // the rule is copied along
-    EXPECT_EQ(copy.GetCapacity(), 250);
 }
 
 TEST(Array, KeepsItsBlockUntilToldOtherwise)
 {
     CXArray<int> array;
-    array.SetSize(10);
+    array.SetSize(0, 50);
+    EXPECT_EQ(array.GetData(), nullptr);
+    EXPECT_EQ(array.Add(1), 0);
     int const *const block = array.GetData();
     array.SetSize(0);
-    EXPECT_EQ(array.GetData(), block);
-    array.SetSize(10);
-    array.RemoveAt(0, 10);
+    array.SetSize(50);
+    array.RemoveAt(0, 50);
     array.Copy(nullptr);
     EXPECT_EQ(array.GetData(), block);
-    EXPECT_EQ(array.GetCapacity(), 10);
+    EXPECT_EQ(array.GetCapacity(), 50);
     array.SetSize(0, 0);
     EXPECT_EQ(array.GetData(), nullptr);
     EXPECT_EQ(array.GetCapacity(), 0);
@@ -348,26 +272,21 @@ TEST(Array, EveryBadIndexOrSizeThrowsAndChangesNothing)
     CXArray<int> const &constant = array;
     std::function<void()> const calls[] = {
         [&] { array.SetSize(-1); },
-        [&] { array.SetSize(-1, 0); },
         [&] { array.SetAtGrow(-1, 0); },
         [&] { array.SetAtGrow(INT_MAX, 0); },
         [&] { array.InsertAt(-1, 0); },
         [&] { array.InsertAt(0, 0, -1); },
         [&] { array.InsertAt(-1, &array); },
-        [&] { array.InsertAt(INT_MAX, 0, 1); },
         [&] { array.InsertAt(3, 0, INT_MAX); },
         [&] { array.RemoveAt(3); },
         [&] { array.RemoveAt(-1); },
         [&] { array.RemoveAt(0, -1); },
-        [&] { array.RemoveAt(2, 2); },
         [&] { array.RemoveAt(4, 0); },
         [&] { array.RemoveAt(1, INT_MAX); },
-        [&] { array.GetAt(3); },
         [&] { array.SetAt(3, 0); },
-        [&] { array.SetAt(-1, 0); },
         [&] { array.ElementAt(INT_MIN); },
-        [&] { array[INT_MAX] = 1; },
-        [&] { static_cast<void>(constant[-1]); },
+        [&] { array[-1] = 1; },
+        [&] { static_cast<void>(constant[3]); },
         [&] { static_cast<void>(constant.GetAt(-1)); },
     };
     int number = 0;

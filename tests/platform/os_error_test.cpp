@@ -63,11 +63,8 @@ TEST(OsError, SystemFailuresAreGivenAsTheWindowsCode)
         int error_number;
         unsigned int code;
     };
-    for (Row const row : { Row { 0, 0 }, { EPERM, 5 }, { EACCES, 5 }, { EISDIR, 5 }, { ENOENT, 2 },
-             { ENOTDIR, 3 }, { EMFILE, 4 }, { ENFILE, 4 }, { EBADF, 6 }, { EXDEV, 17 },
-             { EROFS, 19 }, { EAGAIN, 32 }, { ETXTBSY, 32 }, { EINVAL, 87 }, { ENOSPC, 112 },
-             { EDQUOT, 112 }, { ESPIPE, 132 }, { ENOTEMPTY, 145 }, { EEXIST, 183 },
-             { ENAMETOOLONG, 206 }, { EDEADLK, 1131 }, { 4095, 31 } }) {
+    for (Row const row : { Row { 0, 0 }, { EACCES, 5 }, { EISDIR, 5 }, { ENOTDIR, 3 },
+             { EMFILE, 4 }, { EAGAIN, 32 }, { ENOSPC, 112 }, { EDQUOT, 112 }, { 4095, 31 } }) {
         set_last_os_error(7777); // must not shine through
         errno = row.error_number;
         EXPECT_EQ(get_last_os_error(), row.code) << "errno " << row.error_number;

@@ -8,7 +8,6 @@
 #include <vector>
 
 #ifndef _WIN32
-#include <sys/wait.h>
 #include <unistd.h>
 #endif
 
@@ -40,29 +39,6 @@ TEST(Threads, EveryLiveThreadHasItsOwnIdentifier)
 TEST(Threads, AForkedChildHasItsOwnIdentifier)
 {
     auto const parent = get_current_thread_id();
-    pid_t const child = fork();
-    if (child == 0)
-        _exit(get_current_thread_id() != parent ? 0 : 1);
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EXIT(_exit(get_current_thread_id() != parent ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 #endif
-
-TEST(Threads, TheLockIsRecursiveAndExcludesOtherThreads)
-{
-    RecursiveLock lock;
-    int counter = 0; // not atomic: lost updates show
-    auto const work = [&] {
-        for (int i = 0; i < 20000; ++i) {
-            std::lock_guard const outer(lock);
-            std::lock_guard const inner(lock);
-            ++counter;
-        }
-    };
-    std::thread first(work);
-    std::thread second(work);
-    first.join();
-    second.join();
-    EXPECT_EQ(counter, 40000);
-}
