@@ -52,8 +52,7 @@ CCustomData::CCustomData()
 
 CCustomData::CCustomData(CCustomData const &other)
 {
-    Touch();
-    CXSingleLock const lock(&other.m_section, true);
+    PairLock const lock(&m_section, &other.m_section);
     CopyAll(other);
 }
 
