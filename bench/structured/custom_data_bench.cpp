@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// CCustomData beside what a user would pick instead. Row names are <operation>/<library>/<entries>;
+// CCustomData beside what a user would pick instead. Row names are <operation>/<entries>/<library>;
 // a third of the entries each are ints, doubles and texts of 12 characters. What is read is
 // checked. In every "set" round a container is filled from empty; "replace" stores a value of the
-// same size; "remove" takes out and puts back (untimed) entries from all over the container.
+// same size; "remove" takes out and puts back (untimed) entries from all over the container. Only
+// CCustomData locks itself; a text is copied out by all.
 #include "kortools/data/custom_data.h"
 
 #include <QDataStream>
@@ -103,10 +104,10 @@ struct Variants {
     std::wstring read;
 };
 
-struct Qt {
+struct QtMap {
     QVariantMap map;
     std::vector<QString> keys;
-    explicit Qt(unsigned count)
+    explicit QtMap(unsigned count)
     {
         for (unsigned i = 0; i < count; ++i)
             keys.push_back(QString::number(id_of(i)));
@@ -152,94 +153,93 @@ template <class Library> void fill(Library &library, unsigned count)
         library.set(i, static_cast<int>(i));
 }
 
-unsigned count_of(benchmark::State const &state)
-{
-    return static_cast<unsigned>(state.range(0));
-}
-
-template <class Library> void BM_Set(benchmark::State &state)
+template <class Library> void set_all(benchmark::State &state, unsigned count)
 {
     for (auto _ : state) {
         state.PauseTiming();
-        Library library(count_of(state));
+        Library library(count);
         state.ResumeTiming();
-        fill(library, count_of(state));
-        check(library.count() == count_of(state));
+        fill(library, count);
+        check(library.count() == count);
     }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+    state.SetItemsProcessed(state.iterations() * count);
 }
 
-template <class Library> void BM_Get(benchmark::State &state)
+template <class Library> void get_each(benchmark::State &state, unsigned count)
 {
-    Library library(count_of(state));
-    fill(library, count_of(state));
+    Library library(count);
+    fill(library, count);
     unsigned i = 0;
     for (auto _ : state) {
         check(library.get(i));
-        if (++i == count_of(state))
+        if (++i == count)
             i = 0;
     }
     state.SetItemsProcessed(state.iterations());
 }
 
-template <class Library> void BM_Replace(benchmark::State &state)
+template <class Library> void replace_each(benchmark::State &state, unsigned count)
 {
-    Library library(count_of(state));
-    fill(library, count_of(state));
+    Library library(count);
+    fill(library, count);
     unsigned i = 0;
     for (auto _ : state) {
         library.set(i, 1);
-        if (++i == count_of(state))
+        if (++i == count)
             i = 0;
     }
-    check(library.count() == count_of(state));
+    check(library.count() == count);
     state.SetItemsProcessed(state.iterations());
 }
 
-template <class Library> void BM_Remove(benchmark::State &state)
+template <class Library> void remove_some(benchmark::State &state, unsigned count)
 {
-    Library library(count_of(state));
-    fill(library, count_of(state));
-    unsigned const batch = std::min(count_of(state), 64U);
+    Library library(count);
+    fill(library, count);
+    unsigned const batch = std::min(count / 5, 16U);
+    unsigned round = 0;
+    auto const for_each = [&](auto visit) {
+        for (unsigned i = 0; i < batch; ++i)
+            visit((i * (count / batch) + round) % count);
+    };
     for (auto _ : state) {
-        for (unsigned i = 0; i < batch; ++i)
-            library.remove(static_cast<unsigned>(1ULL * i * count_of(state) / batch));
-        check(library.count() == count_of(state) - batch);
+        for_each([&](unsigned i) { library.remove(i); });
+        check(library.count() == count - batch);
         state.PauseTiming();
-        for (unsigned i = 0; i < batch; ++i)
-            library.set(static_cast<unsigned>(1ULL * i * count_of(state) / batch), 1);
+        for_each([&](unsigned i) { library.set(i, 1); });
+        ++round; // what was put back is at the end now
         state.ResumeTiming();
     }
     state.SetItemsProcessed(state.iterations() * batch);
 }
 
-template <class Library> void BM_Store(benchmark::State &state)
+template <class Library> void store_all(benchmark::State &state, unsigned count)
 {
-    Library library(count_of(state));
-    fill(library, count_of(state));
+    Library library(count);
+    fill(library, count);
     std::size_t size = 0;
     for (auto _ : state)
         benchmark::DoNotOptimize(size = library.store().size());
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(size));
 }
 
-template <class Library> void BM_Load(benchmark::State &state)
+template <class Library> void load_all(benchmark::State &state, unsigned count)
 {
-    Library library(count_of(state));
-    fill(library, count_of(state));
+    Library library(count);
+    fill(library, count);
     std::vector<char> const bytes = library.store();
     for (auto _ : state) {
         library.load(bytes);
-        check(library.count() == count_of(state));
+        check(library.count() == count);
     }
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(bytes.size()));
 }
 
 // The limit of storing and loading: the bytes, copied.
-void BM_StoreLoadLimit_memcpy(benchmark::State &state)
+void copy_bytes(benchmark::State &state, unsigned count)
 {
     Kor kor(0);
-    fill(kor, count_of(state));
+    fill(kor, count);
     std::vector<char> const bytes = kor.store();
     for (auto _ : state) {
         std::vector<char> copy(bytes);
@@ -248,25 +248,39 @@ void BM_StoreLoadLimit_memcpy(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * static_cast<long long>(bytes.size()));
 }
 
-#define KOR_SIZES Arg(10)->Arg(1000)->Arg(100000)
-BENCHMARK_TEMPLATE(BM_Set, Kor)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Set, Variants)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Set, Qt)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Get, Kor)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Get, Variants)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Get, Qt)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Replace, Kor)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Replace, Variants)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Replace, Qt)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Remove, Kor)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Remove, Variants)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Remove, Qt)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Store, Kor)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Store, Qt)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Load, Kor)->KOR_SIZES;
-BENCHMARK_TEMPLATE(BM_Load, Qt)->KOR_SIZES;
-BENCHMARK(BM_StoreLoadLimit_memcpy)->KOR_SIZES;
+void add(std::string const &operation, std::string const &library,
+    void (*run)(benchmark::State &, unsigned))
+{
+    for (unsigned const count : { 10, 1000, 100'000 }) {
+        std::string const name
+            = "custom_data/" + operation + '/' + std::to_string(count) + '/' + library;
+        benchmark::RegisterBenchmark(
+            name.c_str(), [=](benchmark::State &state) { run(state, count); });
+    }
+}
+
+template <class Library> void add_all(std::string const &name)
+{
+    add("set", name, set_all<Library>);
+    add("get", name, get_each<Library>);
+    add("replace", name, replace_each<Library>);
+    add("remove", name, remove_some<Library>);
+    if constexpr (requires(Library library) { library.store(); }) {
+        add("store", name, store_all<Library>);
+        add("load", name, load_all<Library>);
+    }
+}
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char **argv)
+{
+    add_all<Kor>("KorTools");
+    add_all<Variants>("std::variant");
+    add_all<QtMap>("QVariantMap");
+    add("store", "memcpy", copy_bytes);
+    add("load", "memcpy", copy_bytes);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
