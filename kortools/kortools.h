@@ -12,6 +12,7 @@
 #include "kortools/core/hash_map.h"
 #include "kortools/core/hash_table.h"
 #include "kortools/core/int_map.h"
+#include "kortools/core/prime.h"
 #include "kortools/core/string_encoding.h"
 #include "kortools/core/throw.h"
 #include "kortools/core/xstring.h"
@@ -33,8 +34,10 @@
 #include "kortools/data/time_text.h"
 #include "kortools/data/xtime.h"
 
-// Settings of the layer below, for applications: the ANSI page, drives and shares, message boxes.
+// For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
+// arguments and output.
 #include "kortools/platform/code_pages.h"
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
+#include "kortools/platform/terminal.h"

@@ -4,14 +4,12 @@
 // later.
 #pragma once
 
-#include "kortools/export.h"
-
 #include <cstddef>
 
 namespace kortools::platform {
 
 // Asks the system to back a block just obtained from the heap, not yet written to, by large pages.
 // Advice: a system without such pages, or a small block, changes nothing.
-KORTOOLS_API void prefer_large_pages(void *block, std::size_t size_bytes) noexcept;
+void prefer_large_pages(void *block, std::size_t size_bytes) noexcept;
 
 } // namespace kortools::platform

@@ -1,0 +1,87 @@
+# SPDX-License-Identifier: MIT
+"""Rules on what is built: exported names, and clang-tidy over the sources."""
+import hashlib
+import json
+import os
+import pathlib
+import re
+
+from . import tree
+
+PRODUCTS = {
+    "linux": (pathlib.Path("build/release/kortools/libKorTools.Qxl.so.16"), "release"),
+    "windows": (pathlib.Path("build/windows/kortools/KorTools.Qxl.16.dll"), "windows"),
+}
+TIDY_CACHE = pathlib.Path("build/check/tidy")
+
+
+def list_of_exports(system):
+    return pathlib.Path(f"kortools/exports.{system}.txt")
+
+
+def exported_names(system):
+    """The demangled names that a built library exports, sorted."""
+    library = PRODUCTS[system][0]
+    if system == "linux":
+        output = tree.run(["nm", "-D", "--defined-only", library], check=True).stdout
+        names = [line.split()[-1] for line in output.splitlines()]
+    else:
+        output = tree.run(["x86_64-w64-mingw32-objdump", "-p", library], check=True).stdout
+        table = output.split("[Ordinal/Name Pointer] Table", 1)[1].split("\n\n", 1)[0]
+        names = re.findall(r"^\s*\[\s*\d+\]\s+(?:\+base\[\s*\d+\]\s+)?(?:[0-9a-f]+\s+)?(\S+)$", table, re.M)
+    demangled = tree.run(["c++filt"], input="\n".join(names)).stdout.splitlines()
+    # Lambdas are named after the instance they lie in; whatever that is, it stands in the list.
+    return sorted({name for name in demangled if "{lambda" not in name})
+
+
+def exports():
+    """The exported names are those of the lists in kortools/; scripts/update-exports writes them."""
+    for system, (library, preset) in PRODUCTS.items():
+        if not library.exists():
+            yield f"{library}: missing; build the preset '{preset}' first"
+            continue
+        recorded = set(list_of_exports(system).read_text().splitlines())
+        names = set(exported_names(system))
+        for name in sorted(names - recorded):
+            yield f"{list_of_exports(system)}: new: {name}"
+        for name in sorted(recorded - names):
+            yield f"{list_of_exports(system)}: lost: {name}"
+
+
+def digest(command, source):
+    """Changes when the source, a header it includes, the flags or the settings change."""
+    parts = re.sub(r" -[oc] \S+", "", command).split()
+    preprocessed = tree.run([part.replace('\\"', '"') for part in parts if part != "ccache"
+                             and not part.endswith("/ccache")] + ["-E", "-P", "-C", source])
+    content = (preprocessed.stdout + command + pathlib.Path(".clang-tidy").read_text()
+               + tree.run(["clang-tidy", "--version"]).stdout)
+    return hashlib.sha256(content.encode()).hexdigest()
+
+
+def tidy():
+    """clang-tidy has no complaint; results are kept by content in build/check/tidy."""
+    database = pathlib.Path("build/release/compile_commands.json")
+    if not database.exists():
+        yield f"{database}: missing; configure the preset 'release' first"
+        return
+    top = os.getcwd() + "/"
+    entries = [(entry["file"].removeprefix(top), entry["command"])
+               for entry in json.loads(database.read_text())]
+    entries = [(source, command) for source, command in entries
+               if source.startswith(("kortools/", "apps/"))]
+    TIDY_CACHE.mkdir(parents=True, exist_ok=True)
+    stamps = {source: TIDY_CACHE / digest(command, source) for source, command in entries}
+    waiting = [source for source, stamp in stamps.items() if not stamp.exists()]
+    results = tree.run_all([["clang-tidy", "--quiet", "-p", database.parent, source]
+                            for source in waiting])
+    seen = set()
+    for source, result in zip(waiting, results):
+        if result.returncode == 0:
+            stamps[source].touch()
+        for line in result.stdout.splitlines():
+            if re.search(r": (error|warning): ", line) and line not in seen:
+                seen.add(line)
+                yield line.removeprefix(top)
+
+
+RULES = [exports, tidy]
