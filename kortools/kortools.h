@@ -32,6 +32,9 @@
 #include "kortools/data/string_list.h"
 #include "kortools/data/system_time.h"
 #include "kortools/data/time_text.h"
+#include "kortools/data/tree.h"
+#include "kortools/data/tree_node.h"
+#include "kortools/data/tree_traversal.h"
 #include "kortools/data/xtime.h"
 
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
