@@ -9,6 +9,7 @@
 #include "kortools/core/char_array.h"
 #include "kortools/core/conversion.h"
 #include "kortools/core/critical_section.h"
+#include "kortools/core/ex_lc_string.h"
 #include "kortools/core/hash_map.h"
 #include "kortools/core/hash_table.h"
 #include "kortools/core/int_map.h"

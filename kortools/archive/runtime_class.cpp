@@ -3,15 +3,14 @@
 
 #include "kortools/archive/exception.h"
 #include "kortools/core/critical_section.h"
-
-#include <map>
-#include <string>
+#include "kortools/core/hash_map.h"
+#include "kortools/core/xstring.h"
 
 namespace {
 
 struct ClassRegistry {
     CXCriticalSection m_lock;
-    std::map<std::string, CXRuntimeClass const *, std::less<>> m_classes;
+    CHashMap<CXTString<char>, CXTString<char> const &, CXRuntimeClass const *> m_classes;
 };
 
 // Never destroyed: modules take their classes out while static objects are being destroyed, in an
@@ -30,7 +29,7 @@ bool CXRuntimeClass::DeclareRuntimeClass(CXRuntimeClass const *runtimeClass)
         return false;
     ClassRegistry &registry = get_registry();
     CXSingleLock const lock(&registry.m_lock, true);
-    registry.m_classes[runtimeClass->m_className] = runtimeClass;
+    registry.m_classes.Insert(runtimeClass->m_className, runtimeClass);
     return true;
 }
 
@@ -40,9 +39,9 @@ void CXRuntimeClass::RemoveRuntimeClass(CXRuntimeClass const *runtimeClass)
         return;
     ClassRegistry &registry = get_registry();
     CXSingleLock const lock(&registry.m_lock, true);
-    auto const entry = registry.m_classes.find(runtimeClass->m_className);
-    if (entry != registry.m_classes.end() && entry->second == runtimeClass)
-        registry.m_classes.erase(entry);
+    CXRuntimeClass const **const entry = registry.m_classes.Find(runtimeClass->m_className);
+    if (entry && *entry == runtimeClass)
+        registry.m_classes.Remove(runtimeClass->m_className);
 }
 
 CXRuntimeClass const *CXRuntimeClass::FindRuntimeClass(char const *className)
@@ -51,8 +50,8 @@ CXRuntimeClass const *CXRuntimeClass::FindRuntimeClass(char const *className)
         return nullptr;
     ClassRegistry &registry = get_registry();
     CXSingleLock const lock(&registry.m_lock, true);
-    auto const entry = registry.m_classes.find(className);
-    return entry == registry.m_classes.end() ? nullptr : entry->second;
+    CXRuntimeClass const *const *const entry = registry.m_classes.Find(className);
+    return entry ? *entry : nullptr;
 }
 
 CXObject *CXRuntimeClass::CreateObject() const
