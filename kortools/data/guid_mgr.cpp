@@ -196,8 +196,13 @@ unsigned long long CGuidMgr::GetNewGuid(unsigned long long const &wanted, unsign
 
 unsigned int CGuidMgr::GetNewGuid32(unsigned int const &wanted, unsigned int classNumber)
 {
+    if (wanted == 0)
+        return 0;
     CXSingleLock const lock(&m_lock, true);
-    return wanted == 0 ? 0 : GetGuid32(GetNewGuid(wanted == fresh32 ? fresh : wanted, classNumber));
+    unsigned long long guid = wanted;
+    if (wanted == fresh32)
+        guid = fresh;
+    return GetGuid32(GetNewGuid(guid, classNumber));
 }
 
 unsigned int CGuidMgr::GetGuidClass(unsigned long long const &guid) const

@@ -31,8 +31,9 @@ enum GuidFlags : unsigned int {};
 
 class KORTOOLS_API CGuidMgr {
 public:
-    static constexpr unsigned long long fresh = 0xFFFFFFFFFFFFFFFF; // asks for a fresh identifier
-    static constexpr unsigned int fresh32 = 0xFFFFFFFF;             // and for a fresh short form
+    // Enumerators, because constants cannot be passed by reference across the DLL's boundary.
+    enum : unsigned long long { fresh = 0xFFFFFFFFFFFFFFFF }; // asks for a fresh identifier
+    enum : unsigned int { fresh32 = 0xFFFFFFFF };             // and for a fresh short form
 
     explicit CGuidMgr(unsigned int base); // where class 0 starts to count
     CGuidMgr(CGuidMgr const &other);
