@@ -46,7 +46,7 @@ def headers():
             after = WINDOWS_HEADER + include if path in public else ""
             what.append(path)
             commands.append(compile_command(WINDOWS, flat + "_windows", include * 2 + after))
-        if path in public:
+        if path in public and "posix" not in path.parts:
             what.append(path)
             commands.append(compile_command(WINDOWS, flat + "_after_windows_h",
                                             WINDOWS_HEADER + include))
