@@ -91,12 +91,15 @@ public:
     CXTime operator+(CXDuration duration) const { return m_seconds + duration.GetDuration(); }
     CXTime operator-(CXDuration duration) const { return m_seconds - duration.GetDuration(); }
 
+    // By value, as the interface has them for callers that take their addresses.
+    // NOLINTBEGIN(performance-unnecessary-value-param)
     bool operator==(CXTime other) const { return m_seconds == other.m_seconds; }
     bool operator!=(CXTime other) const { return m_seconds != other.m_seconds; }
     bool operator<(CXTime other) const { return m_seconds < other.m_seconds; }
     bool operator>(CXTime other) const { return m_seconds > other.m_seconds; }
     bool operator<=(CXTime other) const { return m_seconds <= other.m_seconds; }
     bool operator>=(CXTime other) const { return m_seconds >= other.m_seconds; }
+    // NOLINTEND(performance-unnecessary-value-param)
 
     // Writes or reads the seconds, eight bytes.
     virtual void Serialize(CXArchive &archive);
