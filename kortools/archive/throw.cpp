@@ -42,7 +42,7 @@ void kortools::core::throw_out_of_memory()
             CXMemoryException *expected = nullptr;
             auto spare = std::make_unique<CXMemoryException>();
             if (s_reserve.compare_exchange_strong(expected, spare.get()))
-                spare.release();
+                static_cast<void>(spare.release());
         }
         archive::throw_exception(new CXMemoryException);
     }

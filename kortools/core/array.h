@@ -121,9 +121,9 @@ public:
     T const *begin() const { return m_data; }
     T const *end() const { return m_data + m_size; }
 
-    bool operator==(CXArray const &other) const requires requires(T const &element)
+    bool operator==(CXArray const &other) const requires requires(T const &a, T const &b)
     {
-        element == element;
+        a == b;
     }
     {
         return std::equal(begin(), end(), other.begin(), other.end());
@@ -324,7 +324,8 @@ template <class T, class ARG_T> CXArray<T, ARG_T>::CXArray(CXArray &&other) noex
 
 template <class T, class ARG_T> auto CXArray<T, ARG_T>::operator=(CXArray const &other) -> CXArray &
 {
-    Copy(other);
+    if (this != &other)
+        Copy(other);
     return *this;
 }
 

@@ -33,6 +33,9 @@ inline constexpr bool shifts_safely
     = is_trivially_relocatable<
           T> || (std::is_nothrow_move_constructible_v<T> && std::is_nothrow_move_assignable_v<T>);
 
+// (An array of pointers holds pointers: their size is meant.)
+template <class T> inline constexpr std::size_t size_of_element = sizeof(T); // NOLINT
+
 // Moves objects to raw memory elsewhere, which leaves raw memory behind.
 template <class T> void relocate(T *source, int count, T *target) noexcept
 {
@@ -41,7 +44,7 @@ template <class T> void relocate(T *source, int count, T *target) noexcept
         return; // there may be no block
     if constexpr (is_trivially_relocatable<T>) {
         std::memcpy(static_cast<void *>(target), static_cast<void const *>(source),
-            static_cast<std::size_t>(count) * sizeof(T));
+            static_cast<std::size_t>(count) * size_of_element<T>);
     } else {
         std::uninitialized_move_n(source, count, target);
         std::destroy_n(source, count);
@@ -52,11 +55,11 @@ template <class T> void relocate(T *source, int count, T *target) noexcept
 template <class T> void rotate_up(T *first, T *last) noexcept
 {
     if constexpr (is_trivially_relocatable<T>) {
-        alignas(T) unsigned char bytes[sizeof(T)];
-        std::memcpy(bytes, static_cast<void const *>(last), sizeof(T));
+        alignas(T) unsigned char bytes[size_of_element<T>];
+        std::memcpy(bytes, static_cast<void const *>(last), size_of_element<T>);
         std::memmove(static_cast<void *>(first + 1), static_cast<void const *>(first),
-            static_cast<std::size_t>(last - first) * sizeof(T));
-        std::memcpy(static_cast<void *>(first), bytes, sizeof(T));
+            static_cast<std::size_t>(last - first) * size_of_element<T>);
+        std::memcpy(static_cast<void *>(first), bytes, size_of_element<T>);
     } else {
         T object = std::move(*last);
         std::move_backward(first, last, last + 1);
@@ -68,11 +71,11 @@ template <class T> void rotate_up(T *first, T *last) noexcept
 template <class T> void rotate_down(T *first, T *last) noexcept
 {
     static_assert(is_trivially_relocatable<T>);
-    alignas(T) unsigned char bytes[sizeof(T)];
-    std::memcpy(bytes, static_cast<void const *>(first), sizeof(T));
+    alignas(T) unsigned char bytes[size_of_element<T>];
+    std::memcpy(bytes, static_cast<void const *>(first), size_of_element<T>);
     std::memmove(static_cast<void *>(first), static_cast<void const *>(first + 1),
-        static_cast<std::size_t>(last - first - 1) * sizeof(T));
-    std::memcpy(static_cast<void *>(last - 1), bytes, sizeof(T));
+        static_cast<std::size_t>(last - first - 1) * size_of_element<T>);
+    std::memcpy(static_cast<void *>(last - 1), bytes, size_of_element<T>);
 }
 
 // Raw memory in which ranges of objects are made; destroys them unless the block is released.
@@ -143,11 +146,12 @@ private:
     };
 
     static constexpr bool is_over_aligned = alignof(T) > __STDCPP_DEFAULT_NEW_ALIGNMENT__;
-    static_assert(sizeof(T) <= 0xFFFFFFFF, "the size in bytes of INT_MAX elements has 64 bits");
+    static_assert(
+        size_of_element<T> <= 0xFFFFFFFF, "the size in bytes of INT_MAX elements has 64 bits");
 
     static T *allocate(int capacity)
     {
-        std::size_t const size = static_cast<std::size_t>(capacity) * sizeof(T);
+        std::size_t const size = static_cast<std::size_t>(capacity) * size_of_element<T>;
         void *block = nullptr;
         if constexpr (is_over_aligned)
             block = ::operator new[](size, std::align_val_t(alignof(T)), std::nothrow);
