@@ -159,7 +159,6 @@ private:
     template <class Fill> void open_gap(int index, int count, int growBy, Fill fill);
     template <class Fill> void rebuild(int capacity, int index, int count, Fill fill);
     void shift_in(int index, int count) noexcept;
-    static void construct_unused(Block &block, int first, int last, bool zeroed);
 
     T *m_data = nullptr; // from operator new[]; null when the array owns no storage
     int m_size = 0;      // elements in use
@@ -211,14 +210,6 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::release_block() noexcept
     m_capacity = 0;
 }
 
-// Slots that are not in use yet. Those of plain types are undefined unless `zeroed`.
-template <class T, class ARG_T>
-void CXArray<T, ARG_T>::construct_unused(Block &block, int first, int last, bool zeroed)
-{
-    if (zeroed || !std::is_trivially_default_constructible_v<T>)
-        block.construct(first, last);
-}
-
 // Moves to a new block with `count` elements more at `index`, which may lie past the end. fill()
 // is given the first of them and is called while the old block is whole, since the new values may
 // lie in it. The size stays as it is, for the caller to set.
@@ -233,7 +224,7 @@ void CXArray<T, ARG_T>::rebuild(int capacity, int index, int count, Fill fill)
     T *const behind = block.get() + index + count;
     block.construct(kept, index + count);
     fill(block.get() + index);
-    construct_unused(block, index + count + tail, capacity, !m_data);
+    block.construct_unused(index + count + tail, capacity, !m_data);
     if constexpr (kortools::core::relocates_safely<T>) {
         kortools::core::relocate(m_data, kept, block.get());
         kortools::core::relocate(m_data + kept, tail, behind);
@@ -426,7 +417,7 @@ template <class T, class ARG_T> void CXArray<T, ARG_T>::Copy(CXArray const &othe
         int const capacity = grown_capacity(other.m_size, m_growBy);
         Block block(capacity);
         block.construct_copies(0, other.m_size, other.m_data);
-        construct_unused(block, other.m_size, capacity, !m_data);
+        block.construct_unused(other.m_size, capacity, !m_data);
         release_block();
         m_data = block.release();
         m_capacity = capacity;

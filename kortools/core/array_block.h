@@ -111,6 +111,13 @@ public:
         m_ranges[m_range_count++] = { m_data + first, last - first };
     }
 
+    // Slots that are not in use yet. Those of plain types are undefined unless `zeroed`.
+    void construct_unused(int first, int last, bool zeroed)
+    {
+        if (zeroed || !std::is_trivially_default_constructible_v<T>)
+            construct(first, last);
+    }
+
     void construct_copies(int first, int count, T const *source)
     {
         assume(first >= 0 && count >= 0);
