@@ -23,9 +23,14 @@
 //       static bool IsEqual(Edge const &a, Edge const &b) { return a == b; }
 //   };
 //
-// One that also has `static unsigned int GetFullHash(K const &)`, the hash before the modulus, is
-// faster: the tables then take the remainder without a division and compare seven bits of the hash
-// before the key.
+// They must not throw. More functions make the tables faster:
+//
+// - `static unsigned int GetFullHash(K const &)`, the hash before the modulus: they then take the
+//   remainder without a division and compare seven bits of the hash before the key.
+// - Beside it `static unsigned int GetSearchHash(K const &)`, another hash, for keys whose full
+// hash
+//   is slow: they then keep an index by it and compute the full hash of added keys only. It costs
+//   about 14 bytes per slot.
 #pragma once
 
 #include "kortools/core/hash_index.h"
