@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/core/prime.h"
 
+#include "kortools/core/hash_sizes.h"
 #include "tests/core/hash_model.h"
 
 #include <gtest/gtest.h>
@@ -42,6 +43,26 @@ TEST(NextPrime, EndsAtTheLargestPrimeOf32Bits)
     for (unsigned const n : { 4294967280U, 4294967291U, 4294967292U, 4294967295U })
         EXPECT_EQ(NextPrime(n), 4294967291U) << n;
     EXPECT_EQ(NextPrime(4294967279U), 4294967279U);
+}
+
+TEST(HashSizes, CompareTheShareOfLiveSlotsInSinglePrecision)
+{
+    using kortools::core::size_of_next_table;
+    EXPECT_EQ(size_of_next_table(41, 20, 13), 43U);  // 65 percent: rebuilt for 28 / 0.65 slots
+    EXPECT_EQ(size_of_next_table(41, 20, 14), 167U); // four-fold
+    EXPECT_EQ(size_of_next_table(23, 11, 2), 23U);   // never smaller
+    EXPECT_EQ(size_of_next_table(251, 125, 125), 503U);
+    // Above 65 percent by less than single precision can tell.
+    EXPECT_LT(size_of_next_table(20000033, 10000003, 6500002), 21000000U);
+}
+
+TEST(HashSizes, EndAtTheLargestPrimeOf32Bits)
+{
+    using namespace kortools::core;
+    EXPECT_EQ(size_of_new_table(0xFFFFFFFF), 4294967291U);
+    EXPECT_EQ(size_for_count(0x7FFFFFFF), 4294967291U);
+    EXPECT_EQ(size_of_compact_table(0xFFFFFFFF), 4294967291U);
+    EXPECT_EQ(size_of_next_table(3000000019U, 1500000009U, 1500000009U), 4294967291U);
 }
 
 } // namespace
