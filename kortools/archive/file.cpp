@@ -127,7 +127,9 @@ CXTString<wchar_t> CXFile::GetFileName() const
     std::wstring_view const path = m_filePath;
     bool const has_drive = path.size() >= 2 && path[1] == L':';
     std::size_t const separator = path.find_last_of(L"\\/");
-    std::size_t const name = separator != path.npos ? separator + 1 : has_drive ? 2 : 0;
+    std::size_t const name = separator != std::wstring_view::npos ? separator + 1
+        : has_drive                                               ? 2
+                                                                  : 0;
     return m_filePath.GetConstBuffer() + name;
 }
 

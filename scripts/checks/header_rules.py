@@ -28,7 +28,7 @@ def complain(what, results):
     for path, result in zip(what, results):
         if result.returncode != 0:
             errors = [line for line in result.stderr.splitlines() if "error:" in line][:3]
-            yield f"{path}: does not compile by itself\n    " + "\n    ".join(errors)
+            yield f"{path}: does not compile alone, twice or around <windows.h>\n    " + "\n    ".join(errors)
 
 
 def headers():

@@ -72,12 +72,14 @@ def tidy():
     TIDY_CACHE.mkdir(parents=True, exist_ok=True)
     stamps = {source: TIDY_CACHE / digest(command, source) for source, command in entries}
     waiting = [source for source, stamp in stamps.items() if not stamp.exists()]
-    results = tree.run_all([["clang-tidy", "--quiet", "-p", database.parent, source]
-                            for source in waiting])
+    results = tree.run_all([["clang-tidy", "--quiet", "--extra-arg=-Wno-unknown-warning-option",
+                             "-p", database.parent, source] for source in waiting])
     seen = set()
     for source, result in zip(waiting, results):
         if result.returncode == 0:
             stamps[source].touch()
+        elif " error: " not in result.stdout:
+            yield f"{source}: clang-tidy failed: {result.stderr.strip()[-200:]}"
         for line in result.stdout.splitlines():
             if re.search(r": (error|warning): ", line) and line not in seen:
                 seen.add(line)

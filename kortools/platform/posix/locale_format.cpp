@@ -98,7 +98,7 @@ IcuFormat open_format(UDateFormatStyle time_style, UDateFormatStyle date_style,
 std::u16string with_long_year(std::u16string pattern)
 {
     std::size_t const year = pattern.find(u'y');
-    if (year != pattern.npos && pattern.find_last_of(u'y') == year + 1)
+    if (year != std::u16string::npos && pattern.find_last_of(u'y') == year + 1)
         pattern.erase(year, 1); // one y is the whole year
     return pattern;
 }
