@@ -54,7 +54,6 @@ template <typename K, typename V> struct HashSlot : SlotHeap<HashSlot<K, V>> {
     }
     HashSlot(HashSlot const &) = delete;
     HashSlot &operator=(HashSlot const &) = delete;
-    ~HashSlot() requires(is_plain) = default;
     ~HashSlot() { } // the table ends live entries: it knows without looking here which slots are
 
     // Brings an entry to life. Changes nothing when a constructor throws.
@@ -94,6 +93,10 @@ template <typename K, typename V> struct HashSlot : SlotHeap<HashSlot<K, V>> {
         std::destroy_at(std::addressof(key));
         state = new_state;
     }
+
+#if __cpp_concepts >= 202002L // older compilers do not choose a destructor by its constraint
+    ~HashSlot() requires(is_plain) = default;
+#endif
 };
 
 template <typename K> struct HashSlot<K, void> : SlotHeap<HashSlot<K, void>> {
@@ -111,7 +114,6 @@ template <typename K> struct HashSlot<K, void> : SlotHeap<HashSlot<K, void>> {
     }
     HashSlot(HashSlot const &) = delete;
     HashSlot &operator=(HashSlot const &) = delete;
-    ~HashSlot() requires(is_plain) = default;
     ~HashSlot() { }
 
     template <typename KEY> void Fill(KEY &&new_key)
@@ -132,6 +134,10 @@ template <typename K> struct HashSlot<K, void> : SlotHeap<HashSlot<K, void>> {
         std::destroy_at(std::addressof(key));
         state = new_state;
     }
+
+#if __cpp_concepts >= 202002L // older compilers do not choose a destructor by its constraint
+    ~HashSlot() requires(is_plain) = default;
+#endif
 };
 
 } // namespace kortools::core
