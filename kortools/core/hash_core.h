@@ -173,7 +173,7 @@ private:
     Spot LocateHashes(KeyHashes hashes) const;
     Spot Fetch(KeyArg key) const;
     Found FindSlot(KeyArg key, Spot spot) const;
-    Found WalkPath(KeyArg key, unsigned home, unsigned tag) const;
+    Found WalkPath(KeyArg key, unsigned home, unsigned wanted) const;
     unsigned FindFree(KeyArg key, Found absent, Spot &spot) const;
 
     template <typename... VALUE> int InsertAtLimit(KeyArg key, VALUE &&...value);
