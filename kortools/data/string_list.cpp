@@ -72,8 +72,10 @@ CStringList::String CStringList::RemoveTail()
 
 void CStringList::RemoveAll()
 {
-    while (m_head)
-        RemoveAt(m_head);
+    for (Node *node = std::exchange(m_head, nullptr); node;)
+        delete std::exchange(node, node->next);
+    m_tail = nullptr;
+    m_count = 0;
 }
 
 CStringList::String &CStringList::GetNext(Position &position)
