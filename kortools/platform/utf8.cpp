@@ -3,6 +3,7 @@
 #include "kortools/platform/utf8.h"
 
 #include "kortools/platform/ascii_text.h"
+#include "kortools/platform/utf8_character.h"
 #include "kortools/platform/utf8_runs.h"
 
 #include <algorithm>
@@ -64,26 +65,6 @@ template <class Sink> bool decode(char const *source, std::size_t size, Sink &si
         put_character(sink, next.ch);
         at += next.size;
     }
-}
-
-// The bytes of one character, 1 to 4; `target` has room for 4.
-inline std::size_t encode_one(char32_t ch, char *target)
-{
-    if (ch < 0x80) {
-        *target = static_cast<char>(ch);
-        return 1;
-    }
-    auto const store = [&](std::uint32_t bytes) { std::memcpy(target, &bytes, sizeof bytes); };
-    if (ch < 0x800) {
-        store(0x80C0 | ch >> 6 | (ch & 0x3F) << 8);
-        return 2;
-    }
-    if (ch < 0x10000) {
-        store(0x8080E0 | ch >> 12 | (ch << 2 & 0x3F00) | (ch & 0x3F) << 16);
-        return 3;
-    }
-    store(0x808080F0 | ch >> 18 | (ch >> 4 & 0x3F00) | (ch << 10 & 0x3F0000) | (ch & 0x3F) << 24);
-    return 4;
 }
 
 // The character at `at`, which it moves behind it: pairs are joined, what has no UTF-8 is replaced.
@@ -154,7 +135,7 @@ void encode_runs(wchar_t const *&at, wchar_t const *end, char *&out, char const 
                 out += sizeof bytes;
                 ++at;
             } else {
-                out += encode_one(take_character(at, end), out);
+                out += encode_utf8_character(take_character(at, end), out);
             }
         }
     }
@@ -199,10 +180,10 @@ long long encode_utf8(wchar_t const *source, std::size_t length, char *target, s
     char *const out_end = target + capacity;
     encode_runs(at, end, out, out_end);
     while (at != end && out_end - out >= 4)
-        out += encode_one(take_character(at, end), out);
+        out += encode_utf8_character(take_character(at, end), out);
     while (at != end) {
         char bytes[4];
-        std::size_t const count = encode_one(take_character(at, end), bytes);
+        std::size_t const count = encode_utf8_character(take_character(at, end), bytes);
         if (static_cast<std::size_t>(out_end - out) < count)
             return -1;
         out = std::copy_n(bytes, count, out);

@@ -2,6 +2,7 @@
 #include "kortools/platform/posix/path_text.h"
 
 #include "kortools/platform/os_error.h"
+#include "kortools/platform/utf8_character.h"
 
 namespace kortools::platform {
 namespace {
@@ -23,24 +24,8 @@ bool is_letter(char ch)
 
 void append_utf8(std::string &target, char32_t ch)
 {
-    auto const append_tail
-        = [&](unsigned int shift) { target += static_cast<char>(0x80 | ((ch >> shift) & 0x3F)); };
-    if (ch < 0x80) {
-        target += static_cast<char>(ch);
-        return;
-    }
-    if (ch < 0x800) {
-        target += static_cast<char>(0xC0 | (ch >> 6));
-    } else {
-        if (ch < 0x10000) {
-            target += static_cast<char>(0xE0 | (ch >> 12));
-        } else {
-            target += static_cast<char>(0xF0 | (ch >> 18));
-            append_tail(12);
-        }
-        append_tail(6);
-    }
-    append_tail(0);
+    char bytes[4];
+    target.append(bytes, encode_utf8_character(ch, bytes));
 }
 
 struct Sequence {
