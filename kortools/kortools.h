@@ -38,6 +38,10 @@
 #include "kortools/data/tree_traversal.h"
 #include "kortools/data/xtime.h"
 
+#include "kortools/files/directories.h"
+#include "kortools/files/file_changes.h"
+#include "kortools/files/file_status.h"
+
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.
 #include "kortools/platform/code_pages.h"
