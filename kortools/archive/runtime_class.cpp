@@ -23,6 +23,11 @@ ClassRegistry &get_registry()
 
 } // namespace
 
+// The DLL exports only constants that are defined out of the class.
+constexpr unsigned int CXRuntimeClass::schema_mask;
+constexpr unsigned int CXRuntimeClass::not_serializable;
+constexpr unsigned int CXRuntimeClass::versionable_schema;
+
 bool CXRuntimeClass::DeclareRuntimeClass(CXRuntimeClass const *runtimeClass)
 {
     if (!runtimeClass || !runtimeClass->m_className)

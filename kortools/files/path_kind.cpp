@@ -2,6 +2,7 @@
 #include "kortools/files/path_kind.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace kortools::files {
 namespace {
@@ -18,7 +19,7 @@ bool starts_with_two_separators(std::wstring_view path)
 
 // The number of names in `path` behind the two separators of a UNC path; one separator at the end
 // does not count.
-long count_names(std::wstring_view path)
+std::ptrdiff_t count_names(std::wstring_view path)
 {
     path.remove_prefix(2);
     if (!path.empty() && is_separator(path.back()))
