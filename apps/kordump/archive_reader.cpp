@@ -212,6 +212,10 @@ private:
         node.offset = m_cursor.GetOffset();
         if (field.array)
             ReadArray(field, node);
+        else if (field.type == FieldType::Tree)
+            ReadTree(node);
+        else if (field.type == FieldType::CustomData)
+            ReadData(node);
         else if (field.type == FieldType::Object)
             ReadObject(node);
         else
@@ -303,21 +307,122 @@ private:
             ReadReference(index, node);
             return;
         }
-        if (node.tag == new_class_tag)
-            index = ReadClass(node);
-        else
-            CheckIndex(index, true, node);
-        Entry const entry = m_entries[static_cast<std::size_t>(index)];
-        node.kind = NodeKind::NewObject;
-        node.class_index = static_cast<unsigned int>(index);
-        node.class_name = entry.name;
-        node.schema = entry.schema;
+        Entry const entry = EnterClass(index, node);
         if (entry.layout == nullptr)
             throw UnknownClass { entry.name };
         node.index = static_cast<unsigned int>(m_entries.size());
         m_entries.push_back({ false, nullptr, entry.name, entry.schema });
         for (Field const &field : entry.layout->fields)
             ReadField(field, node.children);
+    }
+
+    // The class that a new object or a node begins with: its record, or the index of an earlier
+    // one.
+    Entry EnterClass(unsigned long long index, Node &node)
+    {
+        if (node.tag == new_class_tag)
+            index = ReadClass(node);
+        else
+            CheckIndex(index, true, node);
+        Entry entry = m_entries[static_cast<std::size_t>(index)];
+        node.kind = NodeKind::NewObject;
+        node.class_index = static_cast<unsigned int>(index);
+        node.class_name = entry.name;
+        node.schema = entry.schema;
+        return entry;
+    }
+
+    Entry ReadClassTag(Node &node)
+    {
+        node.tag = static_cast<unsigned int>(m_cursor.TakeNumber(2));
+        unsigned long long const index
+            = node.tag == wide_index_tag ? m_cursor.TakeNumber(4) & 0x7FFFFFFF : node.tag & 0x7FFF;
+        return EnterClass(index, node);
+    }
+
+    // docs/tree-format.md has the format of trees.
+    void ReadTree(Node &node)
+    {
+        ReadClassTag(node);
+        ReadTreeTag(4, 4);
+        ReadBranch(node);
+        ReadTreeTag(0, 0);
+    }
+
+    void ReadBranch(Node &parent)
+    {
+        if (++m_depth > maximum_depth)
+            throw Damage("nodes are nested too deep");
+        bool const has_children = ReadTreeTag(1, 2) == 1;
+        while (has_children && ReadTreeTag(0, 3) == 3) {
+            Node &node = parent.children.emplace_back();
+            node.offset = m_cursor.GetOffset();
+            Entry const entry = ReadClassTag(node);
+            if (entry.layout == nullptr)
+                throw UnknownClass { entry.name };
+            for (Field const &field : entry.layout->fields)
+                ReadField(field, node.children);
+            ReadBranch(node);
+        }
+        --m_depth;
+    }
+
+    unsigned long long ReadTreeTag(unsigned int one, unsigned int other)
+    {
+        std::size_t const offset = m_cursor.GetOffset();
+        unsigned long long const tag = m_cursor.TakeNumber(4);
+        if (tag != one && tag != other)
+            throw Damage(
+                "bad tag " + print_number(tag) + " of a tree at offset " + std::to_string(offset));
+        return tag;
+    }
+
+    // docs/custom-data-format.md has the format of custom data; old streams are not shown.
+    void ReadData(Node &node)
+    {
+        node.kind = NodeKind::Array;
+        node.type = get_type_name(FieldType::CustomData);
+        if (m_cursor.TakeNumber(4) != 0x43555335)
+            throw Damage("no custom data at offset " + std::to_string(node.offset));
+        unsigned long long const total = m_cursor.TakeNumber(4);
+        constexpr unsigned int header_size = 20;
+        node.value = "0";
+        if (total == 0)
+            return;
+        if (total < header_size || total > m_cursor.GetLeft())
+            throw Damage("cut: custom data at offset " + std::to_string(node.offset));
+        std::size_t const end = m_cursor.GetOffset() + static_cast<std::size_t>(total);
+        m_cursor.Take(header_size);
+        while (m_cursor.GetOffset() < end)
+            ReadEntry(node.children.emplace_back(), end);
+        node.value = print_number(node.children.size());
+    }
+
+    void ReadEntry(Node &node, std::size_t end)
+    {
+        node.offset = m_cursor.GetOffset();
+        node.name = PrintCode(m_cursor.TakeNumber(4));
+        unsigned long long const size = m_cursor.TakeNumber(4);
+        node.type = PrintCode(m_cursor.TakeNumber(4));
+        if (size > end - std::min(end, m_cursor.GetOffset()))
+            throw Damage("cut: an entry at offset " + std::to_string(node.offset));
+        if ((node.type == "UNIC" || node.type == "USTR") && size % 2 == 0) {
+            node.value = quote_utf16(m_cursor.Take(size));
+        } else if (size == 4 || size == 8) {
+            node.value = print_plain(size == 4 ? FieldType::U32 : FieldType::I64,
+                m_cursor.TakeNumber(static_cast<unsigned int>(size)));
+        } else {
+            node.value = quote_bytes(m_cursor.Take(size));
+        }
+    }
+
+    static std::string PrintCode(unsigned long long code)
+    {
+        unsigned char const bytes[]
+            = { static_cast<unsigned char>(code >> 24), static_cast<unsigned char>(code >> 16),
+                  static_cast<unsigned char>(code >> 8), static_cast<unsigned char>(code) };
+        std::string const quoted = quote_bytes(bytes);
+        return quoted.substr(1, quoted.size() - 2);
     }
 
     void ReadReference(unsigned long long index, Node &node)

@@ -21,7 +21,8 @@ constexpr TypeName type_names[] = { { "bool", FieldType::Bool, 1 }, { "i8", Fiel
     { "i32", FieldType::I32, 4 }, { "u32", FieldType::U32, 4 }, { "i64", FieldType::I64, 8 },
     { "u64", FieldType::U64, 8 }, { "f32", FieldType::F32, 4 }, { "f64", FieldType::F64, 8 },
     { "wchar", FieldType::WideChar, 2 }, { "count", FieldType::Count, 0 },
-    { "string", FieldType::String, 0 }, { "object", FieldType::Object, 0 } };
+    { "string", FieldType::String, 0 }, { "object", FieldType::Object, 0 },
+    { "tree", FieldType::Tree, 0 }, { "custom_data", FieldType::CustomData, 0 } };
 
 TypeName const &find_type(FieldType type)
 {
@@ -148,6 +149,13 @@ class CScene 1
     folders             object[]
     formats             object[]
     assets              object[]
+class CSceneNode 2
+    version             u32
+    flags               u32
+    properties          custom_data
+class CScene 2
+    next_id             u64
+    tree                tree
 )";
 
 } // namespace kordump

@@ -9,7 +9,8 @@
 //       parent object       # a reference to any object
 //       points object[]     # a count, then the elements
 //
-// Types: bool i8 u8 i16 u16 i32 u32 i64 u64 f32 f64 wchar count string object, each also with [].
+// Types: bool i8 u8 i16 u16 i32 u32 i64 u64 f32 f64 wchar count string object, each also with [],
+// and tree (of nodes whose classes have layouts) and custom_data.
 #pragma once
 
 #include <map>
@@ -35,7 +36,9 @@ enum class FieldType {
     WideChar,
     Count,
     String,
-    Object
+    Object,
+    Tree,
+    CustomData
 };
 
 // Bytes of a plain value; 0 for the types whose size varies.
