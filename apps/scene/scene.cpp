@@ -1,163 +1,219 @@
 // SPDX-License-Identifier: MIT
 #include "apps/scene/scene.h"
 
+#include "apps/scene/scene_version1.h"
 #include "kortools/archive/exception.h"
 
 #include <algorithm>
-#include <unordered_set>
 
-KOR_IMPLEMENT_CLASS(CSceneFolder, CXObject, 1)
-KOR_IMPLEMENT_CLASS(CSceneFormat, CXObject, 1)
-KOR_IMPLEMENT_CLASS(CSceneAsset, CXObject, 1)
-KOR_IMPLEMENT_CLASS(CSceneBitmap, CSceneAsset, 1)
-KOR_IMPLEMENT_CLASS(CSceneMesh, CSceneAsset, 1)
-KOR_IMPLEMENT_CLASS(CScene, CXObject, 1)
+KOR_IMPLEMENT_CLASS(CScene, CXObject, 2 | CXRuntimeClass::versionable_schema)
 
-void CSceneFolder::Serialize(CXArchive &archive)
+using scoutrix::Text;
+
+namespace {
+
+constexpr unsigned int id_class = 0; // of the identifiers; there is one only
+
+bool is_inside(Text const &path, Text const &folder)
 {
-    if (archive.IsStoring())
-        archive << m_path;
-    else
-        archive >> m_path;
+    int const length = folder.GetLength();
+    return length > 0 && path.GetLength() > length && path.Left(length) == folder
+        && (folder[length - 1] == L'\\' || path[length] == L'\\');
 }
 
-void CSceneFormat::Serialize(CXArchive &archive)
+Text join(Text const &folder, Text const &name)
 {
-    if (archive.IsStoring())
-        archive << m_name << m_kind;
-    else
-        archive >> m_name >> m_kind;
+    bool const root = !folder.IsEmpty() && folder[folder.GetLength() - 1] == L'\\';
+    return root ? folder + name : folder + L"\\" + name;
 }
 
-void CSceneAsset::Serialize(CXArchive &archive)
+Text last_part(Text const &path)
 {
-    if (archive.IsStoring())
-        archive << m_name << m_size << m_modified << m_folder << m_format;
-    else
-        archive >> m_name >> m_size >> m_modified >> m_folder >> m_format;
+    Text const name = path.Mid(path.ReverseFind(L'\\') + 1);
+    return name.IsEmpty() ? path : name;
 }
 
-scoutrix::Text CSceneAsset::Describe() const
+CSceneNode *as_node(CTreeNode *node)
 {
-    return {};
+    return static_cast<CSceneNode *>(node);
 }
 
-void CSceneBitmap::Serialize(CXArchive &archive)
-{
-    CSceneAsset::Serialize(archive);
-    if (archive.IsStoring())
-        archive << m_width << m_height << m_bitsPerPixel << m_topDown;
-    else
-        archive >> m_width >> m_height >> m_bitsPerPixel >> m_topDown;
-}
+} // namespace
 
-scoutrix::Text CSceneBitmap::Describe() const
+CScene::CScene()
+    : m_ids(1)
 {
-    scoutrix::Text text;
-    text.Format(L"%u x %u, %u bits", m_width, m_height, static_cast<unsigned>(m_bitsPerPixel));
-    return text;
-}
-
-void CSceneMesh::Serialize(CXArchive &archive)
-{
-    CSceneAsset::Serialize(archive);
-    if (archive.IsStoring()) {
-        archive << m_vertices << m_normals << m_textureCoordinates << m_faces;
-        for (int axis = 0; axis < 3; ++axis)
-            archive << m_minimum[axis] << m_maximum[axis];
-    } else {
-        archive >> m_vertices >> m_normals >> m_textureCoordinates >> m_faces;
-        for (int axis = 0; axis < 3; ++axis)
-            archive >> m_minimum[axis] >> m_maximum[axis];
-    }
-    m_groups.Serialize(archive);
-}
-
-scoutrix::Text CSceneMesh::Describe() const
-{
-    scoutrix::Text text;
-    text.Format(L"%I64u vertices, %I64u faces", m_vertices, m_faces);
-    if (m_groups.GetSize() > 0)
-        text.AppendFormat(L", %d groups", m_groups.GetSize());
-    return text;
-}
-
-CScene::~CScene()
-{
-    for (CSceneAsset *const asset : m_assets)
-        delete asset;
-    for (CSceneFolder *const folder : m_folders)
-        delete folder;
-    for (CSceneFormat *const format : m_formats)
-        delete format;
+    m_tree.SetSilent(true); // the host says itself what went wrong
 }
 
 void CScene::Serialize(CXArchive &archive)
 {
-    try {
-        m_folders.Serialize(archive);
-        m_formats.Serialize(archive);
-        m_assets.Serialize(archive);
-        if (archive.IsLoading())
-            CheckOwnership();
-    } catch (...) {
-        // What was loaded until now belongs to whoever handles the failure of the archive.
-        if (archive.IsLoading())
-            Forget();
-        throw;
+    if (archive.IsStoring()) {
+        archive << m_nextId;
+        m_tree.Serialize(archive);
+        return;
+    }
+    unsigned int const schema = archive.GetObjectSchema();
+    if (schema == 1) {
+        scoutrix::load_version1(archive, *this);
+        return;
+    }
+    if (schema != GetThisRuntimeClassDescriptor()->GetSchema())
+        CXArchiveException::Throw(CXArchiveException::badSchema);
+    archive >> m_nextId;
+    m_tree.Serialize(archive);
+    AdoptNodes();
+}
+
+// A damaged file may have nodes of other classes, and without identifiers or with the same one.
+void CScene::AdoptNodes()
+{
+    std::vector<CSceneNode *> nameless;
+    for (CTreeNode *node = m_tree.GetFirstNode(); node != nullptr;
+         node = m_tree.GetNextNode(node)) {
+        if (!node->IsKindOf(CSceneNode::GetThisRuntimeClassDescriptor()))
+            CXArchiveException::Throw(CXArchiveException::badClass);
+        unsigned long long const wanted = as_node(node)->GetNumber(scoutrix::propertyId);
+        if (wanted == 0 || wanted >= CGuidMgr::fresh - 1) {
+            nameless.push_back(as_node(node));
+            continue;
+        }
+        unsigned long long const id = m_ids.GetNewGuid(wanted, id_class);
+        as_node(node)->GetProperties().SetULongInt(scoutrix::propertyId, id);
+        m_nextId = std::max(m_nextId, id + 1);
+    }
+    m_ids.SetClassBaseValue(id_class, m_nextId);
+    for (CSceneNode *const node : nameless) {
+        unsigned long long const id = m_ids.GetNewGuid(CGuidMgr::fresh, id_class);
+        node->GetProperties().SetULongInt(scoutrix::propertyId, id);
+        m_nextId = id + 1;
+    }
+    IndexPaths();
+}
+
+void CScene::IndexPaths()
+{
+    m_paths = PathMap();
+    for (CTreeNode *node = m_tree.GetFirstNode(); node != nullptr;
+         node = m_tree.GetNextNode(node)) {
+        Text const path = as_node(node)->GetText(scoutrix::propertyPath);
+        if (!path.IsEmpty())
+            m_paths.Insert(path, as_node(node));
     }
 }
 
-void CScene::Forget()
+CSceneNode *CScene::Add(CTreeNode *parent, Text const &name, wchar_t const *kind)
 {
-    m_folders.RemoveAll();
-    m_formats.RemoveAll();
-    m_assets.RemoveAll();
+    unsigned long long const id = m_ids.GetNewGuid(CGuidMgr::fresh, id_class);
+    m_nextId = id + 1;
+    auto *const node = new CSceneNode;
+    m_tree.AddChild(parent, node, true);
+    CCustomData &properties = node->GetProperties();
+    properties.SetULongInt(scoutrix::propertyId, id);
+    properties.SetString(scoutrix::propertyName, name);
+    properties.SetString(scoutrix::propertyKind, kind);
+    return node;
 }
 
-void CScene::CheckOwnership() const
+CSceneNode *CScene::FindPath(Text const &path, bool isFolder)
 {
-    std::unordered_set<CXObject const *> owned { nullptr };
-    auto const add = [&owned](auto const &objects) {
-        return std::all_of(objects.begin(), objects.end(),
-            [&owned](CXObject const *object) { return owned.insert(object).second; });
-    };
-    auto const is_owned
-        = [&owned](CXObject const *object) { return owned.find(object) != owned.end(); };
-    bool good = add(m_folders) && add(m_formats);
-    good = good && std::all_of(m_assets.begin(), m_assets.end(), [&](CSceneAsset const *asset) {
-        return asset != nullptr && is_owned(asset->m_folder) && is_owned(asset->m_format);
-    });
-    if (!good || !add(m_assets))
-        CXArchiveException::Throw(CXArchiveException::badIndex);
+    CSceneNode **const found = m_paths.Find(path);
+    return found != nullptr && (*found)->IsKind(L"folder") == isFolder ? *found : nullptr;
 }
 
-void CScene::Add(CSceneAsset *asset)
+CSceneNode *CScene::GetFolder(Text const &path)
 {
-    m_assets.Add(asset);
-}
-
-CSceneFolder *CScene::GetFolder(scoutrix::Text const &path)
-{
-    for (CSceneFolder *const folder : m_folders) {
-        if (folder->m_path == path)
-            return folder;
+    if (CSceneNode *const folder = FindPath(path, true))
+        return folder;
+    CSceneNode *parent = nullptr; // the nearest folder above
+    for (int end = path.ReverseFind(L'\\'); end >= 0 && parent == nullptr;
+         end = end == 0 ? -1 : path.ReverseFind(L'\\', end - 1)) {
+        parent = FindPath(path.Left(end), true);
+        if (parent == nullptr)
+            parent = FindPath(path.Left(end + 1), true); // a root has its separator
     }
-    auto *const folder = new CSceneFolder;
-    folder->m_path = path;
-    m_folders.Add(folder);
+    CSceneNode *const folder = Add(parent, last_part(path), L"folder");
+    folder->GetProperties().SetString(scoutrix::propertyPath, path);
+    m_paths.Insert(path, folder);
+    // Folders that lay beside it until now, and are within it.
+    for (CTreeNode *node = m_tree.GetFirstNode(parent); node != folder;) {
+        CTreeNode *const next = node->GetRight();
+        if (as_node(node)->IsKind(L"folder")
+            && is_inside(as_node(node)->GetText(scoutrix::propertyPath), path))
+            m_tree.MoveNode(folder, node);
+        node = next;
+    }
     return folder;
 }
 
-CSceneFormat *CScene::GetFormat(scoutrix::Text const &name, scoutrix::Text const &kind)
+CSceneNode *CScene::Put(scoutrix::SceneFile const &file)
 {
-    for (CSceneFormat *const format : m_formats) {
-        if (format->m_name == name)
-            return format;
+    CSceneNode *const folder = GetFolder(file.folder);
+    Text const path = join(file.folder, file.name);
+    CSceneNode *node = FindPath(path, false);
+    if (node == nullptr) {
+        node = Add(folder, file.name, L"");
+        m_paths.Insert(path, node);
     }
-    auto *const format = new CSceneFormat;
-    format->m_name = name;
-    format->m_kind = kind;
-    m_formats.Add(format);
-    return format;
+    CCustomData renewed(file.properties);
+    for (unsigned int const kept :
+        { scoutrix::propertyId, scoutrix::propertyName, scoutrix::propertyUserValues })
+        renewed.CopyID(&node->GetProperties(), kept);
+    renewed.SetString(scoutrix::propertyPath, path);
+    node->GetProperties() = renewed;
+    PutGroups(node, file.groups);
+    return node;
+}
+
+// Groups that are still there keep their nodes.
+void CScene::PutGroups(CSceneNode *mesh, std::vector<scoutrix::SceneGroup> const &groups)
+{
+    std::vector<CSceneNode *> former;
+    for (CTreeNode *node = mesh->GetChild(); node != nullptr; node = node->GetRight())
+        former.push_back(as_node(node));
+    for (scoutrix::SceneGroup const &group : groups) {
+        auto const found = std::find_if(former.begin(), former.end(), [&](CSceneNode const *each) {
+            return each->GetText(scoutrix::propertyPart) == group.name;
+        });
+        CSceneNode *node = nullptr;
+        if (found == former.end()) {
+            node = Add(mesh, group.name, L"group");
+            node->GetProperties().SetString(scoutrix::propertyPart, group.name);
+        } else {
+            node = *found;
+            former.erase(found);
+        }
+        node->GetProperties().RemoveCustom(scoutrix::propertyFaces);
+        if (group.faces > 0)
+            node->GetProperties().SetULongInt(scoutrix::propertyFaces, group.faces);
+    }
+    for (CSceneNode *const node : former)
+        Remove(node);
+}
+
+std::vector<CSceneNode *> CScene::Find(Text const &name)
+{
+    std::vector<CSceneNode *> named;
+    for (CTreeNode *node = m_tree.GetFirstNode(); node != nullptr;
+         node = m_tree.GetNextNode(node)) {
+        if (as_node(node)->FormatProperty(scoutrix::propertyId) == name)
+            return { as_node(node) };
+        if (node->GetDisplayName() == name)
+            named.push_back(as_node(node));
+    }
+    return named;
+}
+
+void CScene::Remove(CSceneNode *node)
+{
+    CXArray<CTreeNode *> removed;
+    m_tree.DeleteNode(node, &removed);
+    for (CTreeNode *const each : removed) {
+        m_ids.ReleaseGuid(as_node(each)->GetNumber(scoutrix::propertyId));
+        Text const path = as_node(each)->GetText(scoutrix::propertyPath);
+        CSceneNode **const found = m_paths.Find(path);
+        if (found != nullptr && *found == each)
+            m_paths.Remove(path);
+        each->DeleteNode();
+    }
 }

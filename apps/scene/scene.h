@@ -1,110 +1,72 @@
 // SPDX-License-Identifier: MIT
-// The document of scoutrix: what was imported from files, as objects that an archive keeps.
+// The document of scoutrix: a tree of nodes for what was imported from files.
 //
-// Assets of one format, and assets from one folder, share the object that describes it. The scene
-// owns everything in it; one thread at a time.
+//   folder            a folder within another one in the scene is a child of it
+//     bitmap, mesh    the files
+//       group         the named parts of a mesh
+//
+// Scenes of version 1, which were lists of assets, are loaded into the same tree. One thread at a
+// time.
 #pragma once
 
+#include "apps/scene/scene_node.h"
 #include "kortools/archive/archive.h"
-#include "kortools/core/array.h"
-#include "kortools/core/xstring.h"
+#include "kortools/core/hash_map.h"
+#include "kortools/data/guid_mgr.h"
+#include "kortools/data/tree.h"
+
+#include <vector>
 
 namespace scoutrix {
 
-using Text = CXTString<wchar_t>;
+// What an importer finds in a file.
+struct SceneGroup {
+    Text name;
+    unsigned long long faces = 0; // 0: not known
+};
+struct SceneFile {
+    Text folder;            // absolute, without a trailing separator unless it is a root
+    Text name;              // with its extension
+    CCustomData properties; // kind, format, size ...; not those that the scene gives
+    std::vector<SceneGroup> groups;
+};
 
 } // namespace scoutrix
 
-// A folder that files were imported from.
-class CSceneFolder : public CXObject {
-    KOR_DECLARE_CLASS(CSceneFolder)
-public:
-    void Serialize(CXArchive &archive) override;
-
-    scoutrix::Text m_path; // absolute, without a trailing separator
-};
-
-// A file format.
-class CSceneFormat : public CXObject {
-    KOR_DECLARE_CLASS(CSceneFormat)
-public:
-    void Serialize(CXArchive &archive) override;
-
-    scoutrix::Text m_name; // "Portable Network Graphics"
-    scoutrix::Text m_kind; // "bitmap" or "mesh"
-};
-
-// A file that was imported.
-class CSceneAsset : public CXObject {
-    KOR_DECLARE_CLASS(CSceneAsset)
-public:
-    void Serialize(CXArchive &archive) override;
-
-    // What the file holds, in a few words: "1024 x 768, 24 bits". Empty for a plain asset.
-    virtual scoutrix::Text Describe() const;
-
-    scoutrix::Text m_name;            // file name with its extension
-    unsigned long long m_size = 0;    // bytes
-    long long m_modified = 0;         // seconds since 1970-01-01 00:00:00 UTC
-    CSceneFolder *m_folder = nullptr; // shared, owned by the scene
-    CSceneFormat *m_format = nullptr; // shared, owned by the scene
-};
-
-class CSceneBitmap : public CSceneAsset {
-    KOR_DECLARE_CLASS(CSceneBitmap)
-public:
-    void Serialize(CXArchive &archive) override;
-    scoutrix::Text Describe() const override;
-
-    unsigned int m_width = 0; // pixels
-    unsigned int m_height = 0;
-    unsigned short m_bitsPerPixel = 0;
-    bool m_topDown = true; // the first row of the file is the top one
-};
-
-class CSceneMesh : public CSceneAsset {
-    KOR_DECLARE_CLASS(CSceneMesh)
-public:
-    void Serialize(CXArchive &archive) override;
-    scoutrix::Text Describe() const override;
-
-    unsigned long long m_vertices = 0;
-    unsigned long long m_normals = 0;
-    unsigned long long m_textureCoordinates = 0;
-    unsigned long long m_faces = 0;
-    double m_minimum[3] = { 0, 0, 0 }; // bounding box of the vertices
-    double m_maximum[3] = { 0, 0, 0 };
-    CXArray<scoutrix::Text> m_groups; // names of objects and groups, in order of appearance
-};
-
-// The document: every asset, in order of import.
 class CScene : public CXObject {
     KOR_DECLARE_CLASS(CScene)
 public:
-    CScene() = default;
-    CScene(CScene const &) = delete;
-    CScene &operator=(CScene const &) = delete;
-    ~CScene() override;
+    CScene();
 
+    // Throws what the tree throws, and CXArchiveException with the bad-class cause for a node that
+    // is none of a scene.
     void Serialize(CXArchive &archive) override;
 
-    // Takes the asset over.
-    void Add(CSceneAsset *asset);
-    CXArray<CSceneAsset *> const &GetAssets() const { return m_assets; }
-    int GetFolderCount() const { return m_folders.GetSize(); }
+    // Puts a file into its folder, or renews the properties and groups of one that is there: it
+    // keeps its identifier, its name and the user's values.
+    CSceneNode *Put(scoutrix::SceneFile const &file);
 
-    // The shared object for a folder or format, made on first use.
-    CSceneFolder *GetFolder(scoutrix::Text const &path);
-    CSceneFormat *GetFormat(scoutrix::Text const &name, scoutrix::Text const &kind);
+    // The nodes that a user calls by an identifier, else by a name.
+    std::vector<CSceneNode *> Find(scoutrix::Text const &name);
+
+    void Remove(CSceneNode *node); // with its branch
+
+    // Its nodes are CSceneNode objects. For looking and sorting.
+    CTree &GetTree() { return m_tree; }
+    CTree const &GetTree() const { return m_tree; }
 
 private:
-    void Forget(); // empties the scene without destroying anything
+    using PathMap = CHashMap<scoutrix::Text, scoutrix::Text const &, CSceneNode *>;
 
-    // Throws bad index unless everything is held once and assets refer to what the scene holds: a
-    // damaged file could say otherwise, and the destructor would destroy an object twice.
-    void CheckOwnership() const;
+    CSceneNode *GetFolder(scoutrix::Text const &path);
+    CSceneNode *FindPath(scoutrix::Text const &path, bool isFolder);
+    CSceneNode *Add(CTreeNode *parent, scoutrix::Text const &name, wchar_t const *kind);
+    void PutGroups(CSceneNode *mesh, std::vector<scoutrix::SceneGroup> const &groups);
+    void AdoptNodes();
+    void IndexPaths();
 
-    CXArray<CSceneFolder *> m_folders;
-    CXArray<CSceneFormat *> m_formats;
-    CXArray<CSceneAsset *> m_assets;
+    CTree m_tree;
+    CGuidMgr m_ids;
+    unsigned long long m_nextId = 1; // above every identifier that was ever given
+    PathMap m_paths;                 // folders and files by propertyPath
 };

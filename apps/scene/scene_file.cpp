@@ -20,14 +20,26 @@ std::filesystem::path get_native(Text const &path)
     return std::filesystem::path(std::u8string(native.begin(), native.end()));
 }
 
+void remove_file(Text const &path)
+{
+    std::error_code ignored;
+    std::filesystem::remove(get_native(path), ignored);
+}
+
 void write_scene(CScene const &scene, Text const &path)
 {
     CXFile file(path, CXFile::modeCreate | CXFile::modeWrite | CXFile::shareExclusive, true);
-    CXArchive archive(&file, CXArchive::store, buffer_size);
-    archive << &scene;
-    archive.Close();
-    file.Flush(); // on the disk before it replaces an earlier scene
-    file.Close();
+    try {
+        CXArchive archive(&file, CXArchive::store, buffer_size);
+        archive << &scene;
+        archive.Close();
+        file.Flush(); // on the disk before it replaces an earlier scene
+        file.Close();
+    } catch (...) {
+        file.Abort();
+        remove_file(path);
+        throw;
+    }
 }
 
 // What an archive's complaint means to somebody who opened a file.
@@ -62,6 +74,12 @@ std::unique_ptr<CScene> load_scene(Text const &path)
         problem = explain(exception->GetCause());
         exception->Delete();
         archive.DeleteOrphans();
+    } catch (CXFileException *exception) {
+        archive.DeleteOrphans();
+        if (exception->GetCause() != CXFileException::genericException)
+            throw; // the disk's fault
+        problem = L"the scene is cut or damaged";
+        exception->Delete();
     } catch (...) {
         archive.DeleteOrphans();
         throw;
@@ -78,13 +96,7 @@ std::unique_ptr<CScene> load_scene(Text const &path)
 void save_scene(CScene const &scene, Text const &path)
 {
     Text const temporary = path + L".tmp";
-    try {
-        write_scene(scene, temporary);
-    } catch (...) {
-        std::error_code ignored;
-        std::filesystem::remove(get_native(temporary), ignored);
-        throw;
-    }
+    write_scene(scene, temporary);
     std::error_code error;
     std::filesystem::rename(get_native(temporary), get_native(path), error);
     if (error)

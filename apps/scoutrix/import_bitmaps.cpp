@@ -28,26 +28,39 @@ unsigned int get_u32_big_endian(unsigned char const *bytes)
         | static_cast<unsigned int>(bytes[2]) << 8 | bytes[3];
 }
 
+struct Bitmap {
+    unsigned int width = 0; // pixels
+    unsigned int height = 0;
+    unsigned int bits = 0; // of a pixel
+    bool top_down = true;  // the first row of the file is the top one
+
+    void Store(CCustomData &properties) const
+    {
+        properties.SetUInt(propertyWidth, width);
+        properties.SetUInt(propertyHeight, height);
+        properties.SetUInt(propertyBits, bits);
+        properties.SetBool(propertyTopDown, top_down);
+    }
+};
+
 constexpr unsigned int bmp_core_header = 12;
 constexpr unsigned int bmp_info_header = 40;
 
 // The bytes of uncompressed pixels: rows are padded to four bytes.
-unsigned long long get_bmp_pixel_bytes(CSceneBitmap const &bitmap)
+unsigned long long get_bmp_pixel_bytes(Bitmap const &bitmap)
 {
-    unsigned long long const bits
-        = static_cast<unsigned long long>(bitmap.m_width) * bitmap.m_bitsPerPixel;
-    return (bits + 31) / 32 * 4 * bitmap.m_height;
+    unsigned long long const bits = static_cast<unsigned long long>(bitmap.width) * bitmap.bits;
+    return (bits + 31) / 32 * 4 * bitmap.height;
 }
 
-void read_bmp_info_header(
-    ImportSource const &source, unsigned char const *header, CSceneBitmap &bitmap)
+void read_bmp_info_header(ImportSource const &source, unsigned char const *header, Bitmap &bitmap)
 {
-    bitmap.m_width = get_u32(header + 4);
+    bitmap.width = get_u32(header + 4);
     unsigned int const height = get_u32(header + 8);
-    bitmap.m_topDown = (height & 0x80000000U) != 0; // a negative height
-    bitmap.m_height = bitmap.m_topDown ? 0U - height : height;
-    bitmap.m_bitsPerPixel = static_cast<unsigned short>(get_u16(header + 14));
-    if ((bitmap.m_width & 0x80000000U) != 0)
+    bitmap.top_down = (height & 0x80000000U) != 0; // a negative height
+    bitmap.height = bitmap.top_down ? 0U - height : height;
+    bitmap.bits = get_u16(header + 14);
+    if ((bitmap.width & 0x80000000U) != 0)
         source.Fail(L"the bitmap has a negative width");
 }
 
@@ -100,39 +113,39 @@ void check_png_chunks(ImportSource const &source, unsigned long long offset)
 
 } // namespace
 
-std::unique_ptr<CSceneAsset> import_bmp(ImportSource const &source)
+void import_bmp(ImportSource const &source, SceneFile &file)
 {
     unsigned char header[14 + bmp_info_header] = {};
     source.Read(0, header, 14 + bmp_core_header);
     unsigned int const header_size = get_u32(header + 14);
-    auto bitmap = std::make_unique<CSceneBitmap>();
+    Bitmap bitmap;
     unsigned int compression = 0;
     if (header_size == bmp_core_header) {
-        bitmap->m_width = get_u16(header + 18);
-        bitmap->m_height = get_u16(header + 20);
-        bitmap->m_bitsPerPixel = static_cast<unsigned short>(get_u16(header + 24));
-        bitmap->m_topDown = false;
+        bitmap.width = get_u16(header + 18);
+        bitmap.height = get_u16(header + 20);
+        bitmap.bits = get_u16(header + 24);
+        bitmap.top_down = false;
     } else if (header_size >= bmp_info_header && header_size <= 256) {
         source.Read(0, header, sizeof header);
-        read_bmp_info_header(source, header + 14, *bitmap);
+        read_bmp_info_header(source, header + 14, bitmap);
         compression = get_u32(header + 30);
     } else {
         source.Fail(L"not a BMP file: unknown information header");
     }
-    if (bitmap->m_width == 0 || bitmap->m_height == 0)
+    if (bitmap.width == 0 || bitmap.height == 0)
         source.Fail(L"the bitmap is empty");
     bool const embedded = compression == 4 || compression == 5; // a JPEG or PNG inside
-    if (!embedded && !is_bmp_depth(bitmap->m_bitsPerPixel))
+    if (!embedded && !is_bmp_depth(bitmap.bits))
         source.Fail(L"not a BMP file: impossible number of bits per pixel");
     unsigned int const pixels = get_u32(header + 10);
     bool const plain = compression == 0 || compression == 3;
-    unsigned long long const size = plain ? get_bmp_pixel_bytes(*bitmap) : 1;
+    unsigned long long const size = plain ? get_bmp_pixel_bytes(bitmap) : 1;
     if (pixels > source.file.GetLength() || size > source.file.GetLength() - pixels)
         source.Fail(L"the file is cut");
-    return bitmap;
+    bitmap.Store(file.properties);
 }
 
-std::unique_ptr<CSceneAsset> import_png(ImportSource const &source)
+void import_png(ImportSource const &source, SceneFile &file)
 {
     unsigned char head[33]; // signature, then the IHDR chunk: length, name, 13 bytes, CRC
     source.Read(0, head, sizeof head);
@@ -142,14 +155,14 @@ std::unique_ptr<CSceneAsset> import_png(ImportSource const &source)
         source.Fail(L"not a PNG file: it does not begin with an IHDR chunk");
     if (crc32(0, head + 12, 17) != get_u32_big_endian(head + 29))
         source.Fail(L"the PNG header is damaged: its checksum does not match");
-    auto bitmap = std::make_unique<CSceneBitmap>();
-    bitmap->m_width = get_u32_big_endian(head + 16);
-    bitmap->m_height = get_u32_big_endian(head + 20);
-    bitmap->m_bitsPerPixel = static_cast<unsigned short>(get_png_bits(head[24], head[25]));
-    if (bitmap->m_width == 0 || bitmap->m_height == 0 || bitmap->m_bitsPerPixel == 0)
+    Bitmap bitmap;
+    bitmap.width = get_u32_big_endian(head + 16);
+    bitmap.height = get_u32_big_endian(head + 20);
+    bitmap.bits = get_png_bits(head[24], head[25]);
+    if (bitmap.width == 0 || bitmap.height == 0 || bitmap.bits == 0)
         source.Fail(L"the PNG header has impossible values");
     check_png_chunks(source, sizeof head);
-    return bitmap;
+    bitmap.Store(file.properties);
 }
 
 } // namespace scoutrix

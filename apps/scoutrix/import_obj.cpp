@@ -104,24 +104,34 @@ public:
     explicit ObjReader(ImportSource const &source)
         : m_source(source)
         , m_lines(source)
-        , m_mesh(std::make_unique<CSceneMesh>())
     {
     }
 
-    std::unique_ptr<CSceneAsset> Read()
+    void Read(SceneFile &file)
     {
         std::string line;
         while (m_lines.Next(line))
             ReadLine(line);
-        if (m_mesh->m_vertices == 0)
+        if (m_vertices == 0)
             m_source.Fail(L"not a Wavefront OBJ file: it has no vertices");
         // A face may come before its vertices, so the highest number is tested at the end.
-        if (m_highest > m_mesh->m_vertices)
+        if (m_highest > m_vertices)
             m_source.Fail(L"the mesh is cut or damaged: a face refers to a missing vertex");
-        return std::move(m_mesh);
+        Store(file.properties);
+        file.groups = std::move(m_groups);
     }
 
 private:
+    void Store(CCustomData &properties) const
+    {
+        properties.SetULongInt(propertyVertices, m_vertices);
+        properties.SetULongInt(propertyNormals, m_normals);
+        properties.SetULongInt(propertyTexture, m_textureCoordinates);
+        properties.SetULongInt(propertyFaces, m_faces);
+        properties.SetArray(propertyMinimum, m_minimum, 3, sizeof(double));
+        properties.SetArray(propertyMaximum, m_maximum, 3, sizeof(double));
+    }
+
     void ReadLine(std::string_view line)
     {
         std::string_view const keyword = take_word(line);
@@ -130,9 +140,9 @@ private:
         if (keyword == "v")
             ReadVertex(line);
         else if (keyword == "vn")
-            ++m_mesh->m_normals;
+            ++m_normals;
         else if (keyword == "vt")
-            ++m_mesh->m_textureCoordinates;
+            ++m_textureCoordinates;
         else if (keyword == "f")
             ReadFace(line);
         else if (keyword == "g" || keyword == "o")
@@ -150,13 +160,13 @@ private:
                 = std::from_chars(word.data(), word.data() + word.size(), value);
             if (error != std::errc() || end != word.data() + word.size() || !std::isfinite(value))
                 FailAtLine(L"a vertex needs three numbers");
-            bool const first = m_mesh->m_vertices == 0;
-            double &low = m_mesh->m_minimum[axis];
-            double &high = m_mesh->m_maximum[axis];
+            bool const first = m_vertices == 0;
+            double &low = m_minimum[axis];
+            double &high = m_maximum[axis];
             low = first ? value : std::min(low, value);
             high = first ? value : std::max(high, value);
         }
-        ++m_mesh->m_vertices;
+        ++m_vertices;
     }
 
     void ReadFace(std::string_view arguments)
@@ -169,7 +179,7 @@ private:
                 = std::from_chars(number.data(), number.data() + number.size(), index);
             if (error != std::errc() || end != number.data() + number.size() || index == 0)
                 FailAtLine(L"a face needs vertex numbers");
-            auto const vertices = static_cast<long long>(m_mesh->m_vertices);
+            auto const vertices = static_cast<long long>(m_vertices);
             if (index < -vertices)
                 FailAtLine(L"a face refers to a missing vertex");
             m_highest = std::max(m_highest, static_cast<unsigned long long>(std::max(index, 0LL)));
@@ -177,17 +187,23 @@ private:
         }
         if (corners < 3)
             FailAtLine(L"a face needs three corners");
-        ++m_mesh->m_faces;
+        ++m_faces;
+        if (m_group != no_group)
+            ++m_groups[m_group].faces;
     }
 
     void ReadGroup(std::string_view arguments)
     {
-        std::string_view const name = take_word(arguments);
-        Text const wide = kor_apps::from_utf8(std::string(name));
-        bool const known = std::any_of(m_mesh->m_groups.begin(), m_mesh->m_groups.end(),
-            [&](Text const &group) { return group == wide; });
-        if (!wide.IsEmpty() && !known && m_mesh->m_groups.GetSize() < maximum_groups)
-            m_mesh->m_groups.Add(wide);
+        Text const name = kor_apps::from_utf8(std::string(take_word(arguments)));
+        auto const known = std::find_if(m_groups.begin(), m_groups.end(),
+            [&](SceneGroup const &group) { return group.name == name; });
+        m_group = static_cast<std::size_t>(known - m_groups.begin());
+        if (known != m_groups.end())
+            return;
+        if (name.IsEmpty() || m_groups.size() == maximum_groups)
+            m_group = no_group;
+        else
+            m_groups.push_back({ name });
     }
 
     static bool IsKeyword(std::string_view word)
@@ -206,19 +222,27 @@ private:
         m_source.Fail(text);
     }
 
-    static constexpr int maximum_groups = 1000; // names kept; the search is linear
+    static constexpr std::size_t maximum_groups = 1000; // kept; the search is linear
+    static constexpr std::size_t no_group = static_cast<std::size_t>(-1);
 
     ImportSource const &m_source;
     LineReader m_lines;
-    std::unique_ptr<CSceneMesh> m_mesh;
-    unsigned long long m_highest = 0; // vertex number that a face refers to
+    unsigned long long m_vertices = 0;
+    unsigned long long m_normals = 0;
+    unsigned long long m_textureCoordinates = 0;
+    unsigned long long m_faces = 0;
+    unsigned long long m_highest = 0;  // vertex number that a face refers to
+    double m_minimum[3] = { 0, 0, 0 }; // bounding box of the vertices
+    double m_maximum[3] = { 0, 0, 0 };
+    std::vector<SceneGroup> m_groups; // in order of appearance
+    std::size_t m_group = no_group;   // that faces belong to now
 };
 
 } // namespace
 
-std::unique_ptr<CSceneAsset> import_obj(ImportSource const &source)
+void import_obj(ImportSource const &source, SceneFile &file)
 {
-    return ObjReader(source).Read();
+    ObjReader(source).Read(file);
 }
 
 } // namespace scoutrix

@@ -14,7 +14,7 @@ namespace {
 struct Format {
     wchar_t const *name;
     wchar_t const *kind;
-    std::unique_ptr<CSceneAsset> (*import)(ImportSource const &source);
+    void (*import)(ImportSource const &source, SceneFile &file);
 };
 
 constexpr Format bmp_format = { L"Windows Bitmap", L"bitmap", import_bmp };
@@ -65,8 +65,7 @@ void ImportSource::Read(unsigned long long offset, void *target, unsigned int si
         Fail(L"the file is cut");
 }
 
-std::unique_ptr<CSceneAsset> import_file(
-    Text const &path, CScene &scene, kor_apps::ProgressLine &progress)
+SceneFile import_file(Text const &path, kor_apps::ProgressLine &progress)
 {
     CXFile file(true);
     CXFileException error;
@@ -75,17 +74,18 @@ std::unique_ptr<CSceneAsset> import_file(
     ImportSource const source { file, path, progress };
     Format const &format = find_format(source);
     file.Seek(0, CXFile::begin);
-    std::unique_ptr<CSceneAsset> asset = format.import(source);
-
+    SceneFile result;
+    result.name = file.GetFileName();
     std::filesystem::path const native = std::filesystem::absolute(get_native(path));
-    asset->m_name = file.GetFileName();
-    asset->m_size = file.GetLength();
-    asset->m_modified = get_modification_time(native);
-    asset->m_format = scene.GetFormat(format.name, format.kind);
-    std::u8string const folder = native.parent_path().u8string();
-    asset->m_folder = scene.GetFolder(kortools::platform::from_native_path(
-        std::string_view(reinterpret_cast<char const *>(folder.data()), folder.size())));
-    return asset;
+    std::u8string const folder = native.parent_path().lexically_normal().u8string();
+    result.folder = kortools::platform::from_native_path(
+        std::string_view(reinterpret_cast<char const *>(folder.data()), folder.size()));
+    result.properties.SetString(propertyKind, format.kind);
+    result.properties.SetString(propertyFormat, format.name);
+    result.properties.SetULongInt(propertySize, file.GetLength());
+    result.properties.SetXTime(propertyModified, CXTime(get_modification_time(native)));
+    format.import(source, result);
+    return result;
 }
 
 } // namespace scoutrix

@@ -8,14 +8,10 @@
 #include "apps/scene/scene.h"
 #include "kortools/archive/exception.h"
 
-#include <memory>
-
 namespace scoutrix {
 
-// The asset of the file at `path`, not yet added to the scene; its folder and format are the
-// scene's shared ones.
-std::unique_ptr<CSceneAsset> import_file(
-    Text const &path, CScene &scene, kor_apps::ProgressLine &progress);
+// What a scene takes of the file at `path`.
+SceneFile import_file(Text const &path, kor_apps::ProgressLine &progress);
 
 // The readers, each for a file open at its beginning. `name` is for messages.
 struct ImportSource {
@@ -29,8 +25,8 @@ struct ImportSource {
     void Read(unsigned long long offset, void *target, unsigned int size) const;
 };
 
-std::unique_ptr<CSceneAsset> import_bmp(ImportSource const &source);
-std::unique_ptr<CSceneAsset> import_png(ImportSource const &source);
-std::unique_ptr<CSceneAsset> import_obj(ImportSource const &source);
+void import_bmp(ImportSource const &source, SceneFile &file);
+void import_png(ImportSource const &source, SceneFile &file);
+void import_obj(ImportSource const &source, SceneFile &file);
 
 } // namespace scoutrix

@@ -7,7 +7,7 @@
 #include "kortools/archive/mem_file.h"
 #include "tests/support/temp_folder.h"
 
-#include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <gtest/gtest.h>
 
@@ -26,19 +26,18 @@ std::string read_bytes(std::filesystem::path const &path)
     return { std::istreambuf_iterator<char>(file), {} };
 }
 
-std::unique_ptr<CSceneAsset> import(std::wstring const &path, CScene &scene)
+scoutrix::SceneFile import(std::wstring const &path)
 {
     kor_apps::ProgressLine progress(L"");
-    return scoutrix::import_file(path.c_str(), scene, progress);
+    return scoutrix::import_file(path.c_str(), progress);
 }
 
 // The message with which importing the bytes fails; empty when they are accepted.
 std::wstring import_failure(std::string const &bytes, TempFolder const &folder)
 {
     std::ofstream(folder.GetPath() / "input", std::ios::binary) << bytes;
-    CScene scene;
     try {
-        import(folder.GetFile(L"input"), scene);
+        import(folder.GetFile(L"input"));
     } catch (CXException *exception) {
         std::wstring const message(exception->GetErrorMessage());
         exception->Delete();
@@ -50,7 +49,49 @@ std::wstring import_failure(std::string const &bytes, TempFolder const &folder)
 void fill(CScene &scene)
 {
     for (char const *name : { "gradient.png", "checker.bmp", "cube.obj", "sphere.obj" })
-        scene.Add(import(sample(name), scene).release());
+        scene.Put(import(sample(name)));
+}
+
+CSceneNode &node(CScene &scene, wchar_t const *name)
+{
+    auto const found = scene.Find(name);
+    EXPECT_EQ(found.size(), 1U) << "of that name";
+    return *found.at(0);
+}
+
+double corner(CSceneNode const &mesh, scoutrix::Property id, unsigned int axis)
+{
+    unsigned int count = 0;
+    void const *const numbers = mesh.GetProperties().GetArray(id, count, sizeof(double));
+    double number = 0;
+    if (axis < count)
+        std::memcpy(&number, static_cast<char const *>(numbers) + axis * sizeof number, 8);
+    return number;
+}
+
+// One line for each node: its depth, identifier, name and description.
+std::wstring outline(CScene &scene)
+{
+    std::wstring text;
+    CTree &tree = scene.GetTree();
+    for (CTreeNode *each = tree.GetFirstNode(); each != nullptr; each = tree.GetNextNode(each)) {
+        auto const &node = static_cast<CSceneNode const &>(*each);
+        text += std::to_wstring(CTree::GetDepth(each)) + L' '
+            + node.FormatProperty(scoutrix::propertyId).GetConstBuffer() + L' '
+            + node.GetDisplayName().GetConstBuffer() + L": " + node.Describe().GetConstBuffer()
+            + L'\n';
+    }
+    return text;
+}
+
+scoutrix::SceneFile make_file(wchar_t const *folder, wchar_t const *name)
+{
+    scoutrix::SceneFile file;
+    file.folder = folder;
+    file.name = name;
+    file.properties.SetString(scoutrix::propertyKind, L"mesh");
+    file.properties.SetULongInt(scoutrix::propertySize, file.name.GetLength());
+    return file;
 }
 
 std::vector<unsigned char> store(CScene const &scene)
@@ -60,6 +101,23 @@ std::vector<unsigned char> store(CScene const &scene)
     archive << &scene;
     archive.Close();
     return { file.GetBuffer(), file.GetBuffer() + file.GetLength() };
+}
+
+// Scenes that earlier builds wrote.
+std::filesystem::path find_golden(char const *name)
+{
+    return std::filesystem::path(KOR_TEST_DATA) / name;
+}
+
+std::unique_ptr<CScene> load_golden(char const *name)
+{
+    return scoutrix::load_scene(find_golden(name).wstring().c_str());
+}
+
+std::vector<unsigned char> read_golden(char const *name)
+{
+    std::string const bytes = read_bytes(find_golden(name));
+    return { bytes.begin(), bytes.end() };
 }
 
 kordump::LayoutTable scene_classes()
@@ -75,16 +133,19 @@ TEST(Import, FindsDimensionsAndCounts)
 {
     CScene scene;
     fill(scene);
-    auto const &assets = scene.GetAssets();
-    EXPECT_EQ(assets[0]->Describe(), L"48 x 32, 24 bits");
-    EXPECT_EQ(assets[1]->Describe(), L"20 x 12, 24 bits");
-    EXPECT_EQ(assets[2]->Describe(), L"8 vertices, 6 faces, 3 groups");
-    EXPECT_EQ(assets[3]->Describe(), L"176 vertices, 160 faces, 1 groups");
-    EXPECT_EQ(static_cast<CSceneMesh *>(assets[2])->m_maximum[1], 0.5);
-    EXPECT_EQ(static_cast<CSceneMesh *>(assets[3])->m_minimum[2], -1.0);
-    EXPECT_EQ(assets[0]->m_folder, assets[3]->m_folder) << "one folder, one object";
-    EXPECT_EQ(assets[2]->m_format, assets[3]->m_format);
-    EXPECT_EQ(assets[0]->m_size, std::filesystem::file_size(sample("gradient.png")));
+    EXPECT_EQ(
+        node(scene, L"gradient.png").Describe(), L"Portable Network Graphics, 48 x 32, 24 bits");
+    EXPECT_EQ(node(scene, L"checker.bmp").Describe(), L"Windows Bitmap, 20 x 12, 24 bits");
+    CSceneNode const &cube = node(scene, L"cube.obj");
+    CSceneNode const &ball = node(scene, L"sphere.obj");
+    EXPECT_EQ(cube.Describe(), L"Wavefront OBJ, 8 vertices, 6 faces, 3 groups");
+    EXPECT_EQ(ball.Describe(), L"Wavefront OBJ, 176 vertices, 160 faces, 1 group");
+    EXPECT_EQ(node(scene, L"sides").Describe(), L"4 faces");
+    EXPECT_EQ(corner(cube, scoutrix::propertyMaximum, 1), 0.5);
+    EXPECT_EQ(corner(ball, scoutrix::propertyMinimum, 2), -1.0);
+    EXPECT_EQ(cube.GetParent(), ball.GetParent()) << "one folder, one node";
+    EXPECT_EQ(
+        cube.GetNumber(scoutrix::propertySize), std::filesystem::file_size(sample("cube.obj")));
 }
 
 TEST(Import, RefusesEveryCutOfAnImage)
@@ -111,9 +172,8 @@ TEST(Import, RefusesForeignAndDamagedFiles)
     for (std::string const &bytes : cases)
         EXPECT_NE(import_failure(bytes, folder), L"") << bytes.substr(0, 40);
     EXPECT_EQ(import_failure("f 1 2/1 \\\n 3//2\nv 0 0 0\r\nv 0 0 1\nv 1e3 0 -.5", folder), L"");
-    CScene scene;
     EXPECT_THROW(
-        try { import(folder.GetFile(L"missing"), scene); } catch (CXException *exception) {
+        try { import(folder.GetFile(L"missing")); } catch (CXException *exception) {
             exception->Delete();
             throw 1;
         },
@@ -126,21 +186,105 @@ TEST(Scene, ComesBackFromAFileAsItWas)
     std::wstring const path = folder.GetFile(L"scene \x20AC.scene");
     CScene scene;
     fill(scene);
+    node(scene, L"cube").SetUserValue(L"colour", L"\x20AC");
     scoutrix::save_scene(scene, path.c_str());
     std::unique_ptr<CScene> const loaded = scoutrix::load_scene(path.c_str());
     EXPECT_EQ(store(*loaded), store(scene));
-    auto const &assets = loaded->GetAssets();
-    EXPECT_EQ(assets[0]->m_folder, assets[3]->m_folder);
-    EXPECT_EQ(loaded->GetFolderCount(), 1);
+    EXPECT_EQ(outline(*loaded), outline(scene));
     EXPECT_FALSE(std::filesystem::exists(folder.GetPath() / u8"scene \u20AC.scene.tmp"));
+}
+
+TEST(Scene, OfTheFirstVersionBecomesATree)
+{
+    std::unique_ptr<CScene> const scene = load_golden("scene_1.scene");
+    EXPECT_EQ(outline(*scene),
+        L"1 1 models: C:\\tmp\\models\n"
+        L"2 2 cube.obj: Wavefront OBJ, 8 vertices, 6 faces, 3 groups\n"
+        L"3 3 cube: \n3 4 bottom: \n3 5 sides: \n"
+        L"2 6 textures: C:\\tmp\\models\\textures\n"
+        L"3 7 gradient.png: Portable Network Graphics, 48 x 32, 24 bits\n"
+        L"3 10 checker.bmp: Windows Bitmap, 20 x 12, 24 bits\n"
+        L"2 8 sphere.obj: Wavefront OBJ, 176 vertices, 160 faces, 1 group\n"
+        L"3 9 sphere: \n");
+    CXTime time;
+    node(*scene, L"cube.obj").GetProperties().GetXTime(scoutrix::propertyModified, time);
+    EXPECT_EQ(time, CXTime(1710511509));
+    EXPECT_EQ(corner(node(*scene, L"sphere.obj"), scoutrix::propertyMaximum, 2), 1.0);
+}
+
+TEST(Scene, OfEarlierBuildsIsWrittenAsItWas)
+{
+    std::vector<unsigned char> const bytes = read_golden("scene_2.scene");
+    EXPECT_EQ(store(*load_golden("scene_2.scene")), bytes);
+}
+
+TEST(Scene, PutsFoldersIntoEachOther)
+{
+    CScene scene;
+    for (wchar_t const *folder :
+        { L"C:\\a\\b\\c", L"C:\\a\\bc", L"C:\\a\\b", L"D:\\", L"D:\\x", L"C:\\a" })
+        scene.Put(make_file(folder, L"f"));
+    std::wstring folders;
+    for (CTreeNode *each = scene.GetTree().GetFirstNode(); each != nullptr;
+         each = scene.GetTree().GetNextNode(each)) {
+        if (each->GetDisplayName() != L"f")
+            folders
+                += std::to_wstring(CTree::GetDepth(each)) + each->GetDisplayName().GetConstBuffer();
+    }
+    EXPECT_EQ(folders, L"1D:\\2x1a2bc2b3c");
+}
+
+TEST(Scene, KeepsIdentifiersAndValuesOfWhatIsReadAgain)
+{
+    CScene scene;
+    scoutrix::SceneFile file = make_file(L"C:\\a", L"mesh");
+    file.groups = { { L"lid", 1 }, { L"body", 2 } };
+    CSceneNode *const mesh = scene.Put(file);
+    node(scene, L"lid").SetUserValue(L"colour", L"red");
+    node(scene, L"lid").GetProperties().SetString(scoutrix::propertyName, L"cover");
+    mesh->SetUserValue(L"note", L"mine");
+    file.properties.SetUInt(scoutrix::propertyFaces, 5);
+    file.groups = { { L"handle", 3 }, { L"lid", 0 } };
+    EXPECT_EQ(scene.Put(file), mesh);
+    EXPECT_EQ(outline(scene),
+        L"1 1 a: C:\\a\n2 2 mesh: , 0 vertices, 5 faces, 2 groups\n"
+        L"3 3 cover: \n3 5 handle: 3 faces\n");
+    EXPECT_EQ(node(scene, L"3").GetUserValues().at(0).value, L"red");
+    EXPECT_EQ(mesh->GetUserValues().at(0).value, L"mine");
+    mesh->SetUserValue(L"note", L"");
+    EXPECT_TRUE(mesh->GetUserValues().empty());
+    scene.Remove(&node(scene, L"1"));
+    EXPECT_TRUE(scene.GetTree().IsEmpty());
+    EXPECT_EQ(scene.Put(file)->FormatProperty(scoutrix::propertyId), L"7") << "6 is its folder";
+}
+
+TEST(Scene, MendsIdentifiersAndRefusesOtherNodes)
+{
+    TempFolder const folder;
+    std::wstring const path = folder.GetFile(L"scene");
+    CScene scene;
+    scene.Put(make_file(L"C:\\a", L"f"));
+    scene.Put(make_file(L"C:\\a", L"g"));
+    for (wchar_t const *name : { L"f", L"g" })
+        node(scene, name).GetProperties().SetULongInt(scoutrix::propertyId, 1);
+    scoutrix::save_scene(scene, path.c_str());
+    EXPECT_EQ(outline(*scoutrix::load_scene(path.c_str())),
+        L"1 1 a: C:\\a\n2 2 f: , 0 vertices, 0 faces\n2 3 g: , 0 vertices, 0 faces\n");
+    scene.GetTree().AddChild(nullptr, new CTreeNode, true);
+    scoutrix::save_scene(scene, path.c_str());
+    EXPECT_THROW(
+        try { scoutrix::load_scene(path.c_str()); } catch (CXException *exception) {
+            exception->Delete();
+            throw 1;
+        },
+        int);
 }
 
 TEST(Scene, RefusesEveryCutAndEveryChangedByteOrLoadsWhole)
 {
     TempFolder const folder;
     CScene scene;
-    scene.Add(import(sample("cube.obj"), scene).release());
-    scene.Add(import(sample("checker.bmp"), scene).release());
+    scene.Put(import(sample("cube.obj")));
     std::vector<unsigned char> const bytes = store(scene);
     auto const load = [&](std::vector<unsigned char> const &changed) {
         std::ofstream(folder.GetPath() / "scene", std::ios::binary)
@@ -149,6 +293,7 @@ TEST(Scene, RefusesEveryCutAndEveryChangedByteOrLoadsWhole)
         try {
             return scoutrix::load_scene(folder.GetFile(L"scene").c_str()) != nullptr;
         } catch (CXException *exception) {
+            EXPECT_GE(exception->GetErrorMessage().Find(L"scene: "), 0) << "the reason is told";
             exception->Delete();
             return false;
         }
@@ -176,13 +321,16 @@ TEST(Dump, CoversAScene)
     ASSERT_EQ(tree.nodes.size(), 1U);
     kordump::Node const &root = tree.nodes[0];
     EXPECT_EQ(root.class_name, "CScene");
-    ASSERT_EQ(root.children.size(), 3U);
-    kordump::Node const &png = root.children[2].children[0];
-    EXPECT_EQ(png.class_name, "CSceneBitmap");
-    EXPECT_EQ(png.children[0].value, "\"gradient.png\"");
-    EXPECT_EQ(png.children[5].value, "48");
-    EXPECT_EQ(png.children[3].kind, kordump::NodeKind::Reference) << "the folder came before";
-    EXPECT_EQ(png.children[3].index, root.children[0].children[0].index);
+    ASSERT_EQ(root.children.size(), 2U);
+    kordump::Node const &folder = root.children[1].children.at(0);
+    EXPECT_EQ(folder.class_name, "CSceneNode");
+    kordump::Node const &png = folder.children.at(3);
+    EXPECT_EQ(png.children.at(2).value, "11") << "entries";
+    EXPECT_EQ(png.children.at(2).children.at(0).name, "KIND");
+    kordump::Tree const old
+        = kordump::read_archive(read_golden("scene_1.scene"), scene_classes(), {});
+    EXPECT_EQ(old.problem, "");
+    EXPECT_EQ(old.nodes.at(0).children.size(), 3U);
 }
 
 TEST(Dump, StopsBehindTheFirstUnknownClassAndAtDamage)

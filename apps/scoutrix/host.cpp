@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "apps/scoutrix/host.h"
+
+#include "apps/common/console.h"
+#include "apps/scoutrix/commands.h"
+#include "kortools/archive/exception.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace scoutrix {
+namespace {
+
+using kor_apps::from_utf8;
+
+// The commands with their arguments, and what to do for each.
+class CommandLine {
+public:
+    CommandLine()
+    {
+        m_app.require_subcommand(1);
+        m_app.allow_windows_style_options(false); // /a/b is a path
+        AddImport();
+        AddList();
+        AddNodes();
+    }
+
+    int Run(std::vector<std::string> const &arguments)
+    {
+        try {
+            std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+            reversed.pop_back(); // the program's name; the parser takes the rest from the back
+            m_app.parse(reversed);
+        } catch (CLI::ParseError const &error) {
+            return m_app.exit(error) == 0 ? 0 : 2;
+        }
+        return m_command();
+    }
+
+private:
+    CLI::App &AddCommand(char const *name, char const *description, std::function<int()> command)
+    {
+        CLI::App *const app = m_app.add_subcommand(name, description);
+        app->callback([this, command = std::move(command)] { m_command = command; });
+        return *app;
+    }
+
+    void AddImport()
+    {
+        CLI::App &import = AddCommand("import", "Read files and write a scene",
+            [this] { return import_files(m_import, from_utf8(m_scene)); });
+        import.add_option("FILE", m_import.files, "BMP, PNG or Wavefront OBJ files")->required();
+        import.add_option("-o,--output", m_scene, "The scene to write")->required();
+        import.add_flag("-a,--append", m_import.append,
+            "Add to the scene that is there; files that it has already are read again");
+    }
+
+    void AddList()
+    {
+        CLI::App &list = AddCommand("list", "Print what a scene holds",
+            [this] { return list_scene(from_utf8(m_scene), m_list); });
+        AddScene(list);
+        list.add_option("-d,--depth", m_list.depth, "How many levels of the tree");
+        auto const sort = [this](std::string const &name) { m_list.sort = *find_sort_key(name); };
+        list.add_option_function<std::string>("-s,--sort", sort, "How the nodes are sorted")
+            ->check(CLI::IsMember(get_sort_names()));
+        list.add_flag("-p,--properties", m_list.properties, "Print every property");
+    }
+
+    void AddNodes()
+    {
+        CLI::App &remove = AddCommand("remove", "Remove nodes and what is below them",
+            [this] { return remove_nodes(from_utf8(m_scene), m_nodes); });
+        AddScene(remove);
+        remove.add_option("NODE", m_nodes, node_help)->required();
+        CLI::App &get = AddCommand("get", "Print a property of a node, or all",
+            [this] { return get_value(from_utf8(m_scene), from_utf8(m_node), from_utf8(m_key)); });
+        AddScene(get);
+        get.add_option("NODE", m_node, node_help)->required();
+        get.add_option("KEY", m_key, "A property; all when left out");
+        CLI::App &set = AddCommand("set", "Rename a node, or give it a value of your own", [this] {
+            return set_value(
+                from_utf8(m_scene), from_utf8(m_node), from_utf8(m_key), from_utf8(m_value));
+        });
+        AddScene(set);
+        set.add_option("NODE", m_node, node_help)->required();
+        set.add_option("KEY", m_key, "\"name\", or any word that is no other property")->required();
+        set.add_option("VALUE", m_value, "The text; \"\" removes the value")->required();
+    }
+
+    void AddScene(CLI::App &command)
+    {
+        command.add_option("SCENE", m_scene, "A scene that import wrote")->required();
+    }
+
+    static constexpr char const *node_help = "The number of a node in the list, or its name";
+
+    CLI::App m_app { "Keeps what is in your 3D and image files in a scene.", "scoutrix" };
+    std::function<int()> m_command;
+    std::string m_scene;
+    ImportOptions m_import;
+    ListOptions m_list;
+    std::vector<std::string> m_nodes;
+    std::string m_node;
+    std::string m_key;
+    std::string m_value;
+};
+
+} // namespace
+
+int run_host(std::vector<std::string> const &arguments)
+{
+    try {
+        return CommandLine().Run(arguments);
+    } catch (CXException *exception) {
+        kor_apps::print_error("scoutrix", exception->GetErrorMessage());
+        exception->Delete();
+    } catch (std::exception const &error) {
+        kor_apps::print_error("scoutrix", from_utf8(error.what()));
+    }
+    return 1;
+}
+
+} // namespace scoutrix

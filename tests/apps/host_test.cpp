@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+// The commands of scoutrix, as a user types them.
+#include "apps/scoutrix/host.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string to_utf8(std::filesystem::path const &path)
+{
+    std::u8string const text = path.u8string();
+    return { text.begin(), text.end() };
+}
+
+class Host : public testing::Test {
+protected:
+    // The exit code; what is printed stays in m_output and m_errors.
+    int Run(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.begin(), "scoutrix");
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        int const result = scoutrix::run_host(arguments);
+        m_output = testing::internal::GetCapturedStdout();
+        m_errors = testing::internal::GetCapturedStderr();
+        return result;
+    }
+
+    void Import(std::vector<std::string> const &names)
+    {
+        std::vector<std::string> arguments { "import", "-o", m_scene };
+        for (std::string const &name : names)
+            arguments.push_back(KOR_SAMPLES "/" + name);
+        EXPECT_EQ(Run(arguments), 0) << m_errors;
+    }
+
+    // The names in the list, in its order.
+    std::string ListNames(std::vector<std::string> const &options)
+    {
+        std::vector<std::string> arguments { "list", m_scene };
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_EQ(Run(arguments), 0) << m_errors;
+        std::istringstream lines(m_output);
+        std::string names;
+        for (std::string line; std::getline(lines, line) && line.starts_with(' ');) {
+            std::istringstream words(line);
+            std::string word;
+            words >> word >> word;
+            names += word + ' ';
+        }
+        return names;
+    }
+
+    TempFolder const m_folder;
+    std::string const m_scene = to_utf8(m_folder.GetPath() / "a.scene");
+    std::string m_output;
+    std::string m_errors;
+};
+
+} // namespace
+
+TEST_F(Host, ListsATreeInTheOrderThatIsAskedFor)
+{
+    Import({ "sphere.obj", "gradient.png", "checker.bmp" });
+    EXPECT_EQ(ListNames({}), "samples sphere.obj sphere gradient.png checker.bmp ");
+    EXPECT_NE(m_output.find("3 files in 1 folder, 19011 bytes\n"), std::string::npos) << m_output;
+    EXPECT_EQ(
+        ListNames({ "--sort", "name" }), "samples checker.bmp gradient.png sphere.obj sphere ");
+    EXPECT_EQ(
+        ListNames({ "--sort", "size", "-d2" }), "samples sphere.obj gradient.png checker.bmp ");
+    EXPECT_EQ(
+        ListNames({ "--sort", "kind", "-d2" }), "samples gradient.png checker.bmp sphere.obj ")
+        << "equal kinds keep their order";
+    EXPECT_EQ(ListNames({ "-d1" }), "samples ");
+    EXPECT_EQ(Run({ "list", m_scene, "-p" }), 0);
+    EXPECT_NE(m_output.find("\n           vertices: 176\n"), std::string::npos) << m_output;
+}
+
+TEST_F(Host, AppendsSetsGetsAndRemoves)
+{
+    Import({ "cube.obj" });
+    EXPECT_EQ(Run({ "set", m_scene, "sides", "colour", "\xE2\x82\xAC" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "set", m_scene, "cube.obj", "name", "My cube" }), 0) << m_errors;
+    EXPECT_EQ(
+        Run({ "import", "-a", "-o", m_scene, KOR_SAMPLES "/checker.bmp", KOR_SAMPLES "/cube.obj" }),
+        0);
+    EXPECT_EQ(ListNames({ "-d2" }), "samples My checker.bmp ");
+    EXPECT_EQ(Run({ "get", m_scene, "sides", "colour" }), 0);
+    EXPECT_EQ(m_output, "\xE2\x82\xAC\n");
+    EXPECT_EQ(Run({ "get", m_scene, "My cube" }), 0);
+    EXPECT_NE(m_output.find("vertices: 8\n"), std::string::npos) << m_output;
+    EXPECT_EQ(Run({ "remove", m_scene, "My cube", "5" }), 0) << m_errors << "5 is a part of it";
+    EXPECT_EQ(ListNames({}), "samples checker.bmp ");
+}
+
+TEST_F(Host, LeavesTheSceneWhenACommandFails)
+{
+    Import({ "cube.obj" });
+    std::string const before = ListNames({ "-p" }) + m_output;
+    auto const fails = [&](std::vector<std::string> const &arguments, char const *message) {
+        EXPECT_NE(Run(arguments), 0);
+        EXPECT_NE(m_errors.find(message), std::string::npos) << m_errors;
+        EXPECT_EQ(ListNames({ "-p" }) + m_output, before);
+    };
+    fails({ "import", "-a", "-o", m_scene, KOR_SAMPLES "/checker.bmp", KOR_SAMPLES "/README.md" },
+        "no scene written");
+    fails({ "remove", m_scene, "sides", "lid" }, "no node lid");
+    fails({ "set", m_scene, "cube.obj", "size", "1" }, "cannot be set");
+    fails({ "set", m_scene, "cube.obj", "name", "" }, "empty");
+    fails({ "get", m_scene, "cube.obj", "colour" }, "no value colour");
+    fails({ "list", m_scene, "--sort", "age" }, "age");
+    fails({ "set", m_scene, "cube.obj", "key" }, "VALUE");
+    // A second node of the name.
+    EXPECT_EQ(Run({ "set", m_scene, "sides", "name", "cube" }), 0);
+    EXPECT_EQ(Run({ "remove", m_scene, "cube" }), 1);
+    EXPECT_NE(m_errors.find("take the number of one: 3 5"), std::string::npos) << m_errors;
+    // Where the temporary file cannot be written, the scene stays as it is.
+    std::filesystem::create_directory(m_scene + ".tmp");
+    EXPECT_EQ(Run({ "remove", m_scene, "cube.obj" }), 1);
+    EXPECT_EQ(ListNames({ "-d2" }), "samples cube.obj ");
+}
