@@ -40,7 +40,10 @@
 
 #include "kortools/files/directories.h"
 #include "kortools/files/file_changes.h"
+#include "kortools/files/file_info.h"
 #include "kortools/files/file_status.h"
+#include "kortools/files/path_parts.h"
+#include "kortools/files/path_separators.h"
 
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/files/path_parts.h"
+
+#include "kortools/files/file_status.h"
+#include "kortools/files/path_separators.h"
+#include "kortools/files/path_text.h"
+#include "kortools/platform/shell_paths.h"
+
+#include <utility>
+
+using kortools::files::to_string;
+using kortools::files::view_of;
+
+namespace platform = kortools::platform;
+
+namespace {
+
+using String = CXTString<wchar_t>;
+
+String converted(String const &path)
+{
+    String result = path;
+    fileConvertSlash(result);
+    return result;
+}
+
+// Cuts, and does nothing for a length beyond the end.
+void cut(String &path, std::size_t length)
+{
+    CXTCharArray<wchar_t> &characters = path;
+    if (length < static_cast<std::size_t>(characters.GetLength()))
+        characters.SetLength(static_cast<long long>(length));
+}
+
+// Removes the separators at the end that are not part of a root.
+void cut_separators(String &path)
+{
+    while (fileIsSlashTerminated(path) && !platform::is_root_path(view_of(path)))
+        fileRemoveSlashTermination(path);
+}
+
+std::wstring_view get_url_extension(std::wstring_view url)
+{
+    url = url.substr(0, url.find(L'?'));
+    std::size_t const dot = url.rfind(L'.');
+    return dot == std::wstring_view::npos ? std::wstring_view() : url.substr(dot);
+}
+
+} // namespace
+
+CXTString<wchar_t> fileStripPath(CXTString<wchar_t> const &name, bool removeExtension)
+{
+    if (fileIsDirectory(name))
+        return {};
+    std::wstring_view const path = view_of(name);
+    std::wstring_view const last = path.substr(platform::find_file_name(path));
+    return to_string(removeExtension ? last.substr(0, platform::find_extension(last)) : last);
+}
+
+CXTString<wchar_t> fileStripPathAndExtension(CXTString<wchar_t> const &name)
+{
+    return fileStripPath(name, true);
+}
+
+CXTString<wchar_t> fileRemoveExtension(CXTString<wchar_t> const &name)
+{
+    std::wstring_view const path = view_of(name);
+    return to_string(path.substr(0, platform::find_extension(path)));
+}
+
+CXTString<wchar_t> fileGetExtension(CXTString<wchar_t> const &name)
+{
+    std::wstring_view const path = view_of(name);
+    if (platform::is_url(path))
+        return to_string(get_url_extension(path));
+    return to_string(path.substr(platform::find_extension(path)));
+}
+
+CXTString<wchar_t> fileStripName(CXTString<wchar_t> const &name)
+{
+    String path = converted(name);
+    if (path.IsEmpty() || fileIsSlashTerminated(path))
+        return path;
+    std::wstring_view const view = view_of(path);
+    bool const is_whole = platform::is_network_path(view) || fileIsDirectory(path);
+    if (!is_whole)
+        cut(path, platform::remove_file_spec(view).length);
+    if (!path.IsEmpty())
+        fileSlashTerminate(path);
+    return path;
+}
+
+CXTString<wchar_t> fileGetRoot(CXTString<wchar_t> const &name)
+{
+    std::wstring_view const path = view_of(name);
+    return to_string(path.substr(0, platform::strip_to_root(path).length));
+}
+
+CXTString<wchar_t> fileGetTopDirectory(CXTString<wchar_t> const &name, bool slashTerminated)
+{
+    String path = converted(name);
+    std::wstring_view const view = view_of(path);
+    std::size_t const root = platform::strip_to_root(view).length;
+    std::size_t const first = view.find_first_not_of(L'\\', root);
+    cut(path, first == view.npos ? root : view.find(L'\\', first));
+    if (slashTerminated && !path.IsEmpty())
+        fileSlashTerminate(path);
+    return path;
+}
+
+bool fileGetParentDirectory(CXTString<wchar_t> &path)
+{
+    String parent = converted(path);
+    cut_separators(parent);
+    std::wstring_view const view = view_of(parent);
+    if (platform::is_root_path(view))
+        return false;
+    platform::PathCut const directory = platform::remove_file_spec(view);
+    if (!directory.is_done)
+        return false;
+    cut(parent, directory.length);
+    cut_separators(parent);
+    path = std::move(parent);
+    return true;
+}
+
+bool fileIsUNCPath(CXTString<wchar_t> const &name)
+{
+    return platform::is_unc_path(view_of(name));
+}
+
+bool fileIsPathRelative(CXTString<wchar_t> const &name)
+{
+    return platform::is_relative_path(view_of(name));
+}
