@@ -42,6 +42,7 @@
 #include "kortools/files/file_changes.h"
 #include "kortools/files/file_info.h"
 #include "kortools/files/file_status.h"
+#include "kortools/files/numbered_names.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/path_separators.h"
 
