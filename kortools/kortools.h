@@ -40,6 +40,7 @@
 
 #include "kortools/files/directories.h"
 #include "kortools/files/file_changes.h"
+#include "kortools/files/file_guard.h"
 #include "kortools/files/file_info.h"
 #include "kortools/files/file_status.h"
 #include "kortools/files/numbered_names.h"

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/directories.h"
 
+#include "kortools/files/guarded_call.h"
 #include "kortools/files/path_kind.h"
 #include "kortools/platform/file_changes.h"
 #include "kortools/platform/file_status.h"
 #include "kortools/platform/os_error.h"
 
+#include <atomic>
 #include <ranges>
 #include <string>
 #include <string_view>
@@ -45,15 +47,18 @@ std::vector<std::wstring> get_levels(std::wstring_view path)
     return levels;
 }
 
-bool create_levels(std::wstring const &path)
+// Stops, and takes back what it made, when it is late.
+bool create_levels(std::wstring const &path, std::atomic<bool> const &is_late)
 {
     if (is_directory(path))
         return true;
     std::vector<std::wstring> created;
     for (std::wstring &level : get_levels(path)) {
-        if (create_directory(level.c_str())) {
+        bool const is_new = create_directory(level.c_str());
+        unsigned int const code = is_new ? 0 : get_last_os_error();
+        if (is_new)
             created.push_back(std::move(level));
-        } else if (unsigned int const code = get_last_os_error(); code != error_already_exists) {
+        if ((!is_new && code != error_already_exists) || is_late) {
             for (std::wstring const &directory : std::views::reverse(created))
                 remove_directory(directory.c_str());
             set_last_os_error(code);
@@ -63,11 +68,21 @@ bool create_levels(std::wstring const &path)
     return true;
 }
 
+bool create_one(wchar_t const *path, std::atomic<bool> const &is_late)
+{
+    if (!create_directory(path))
+        return get_last_os_error() == error_already_exists;
+    if (is_late)
+        remove_directory(path);
+    return !is_late;
+}
+
 } // namespace
 
-bool fileCreateDirectory(CXTString<wchar_t> const &path, bool recursive, unsigned int *)
+bool fileCreateDirectory(CXTString<wchar_t> const &path, bool recursive, unsigned int *timeout)
 {
-    if (recursive)
-        return create_levels(std::wstring(path.GetView()));
-    return create_directory(path) || get_last_os_error() == error_already_exists;
+    return run_guarded(path, timeout, false, [recursive](auto const &name, auto const &is_late) {
+        return recursive ? create_levels(std::wstring(name.GetView()), is_late)
+                         : create_one(name, is_late);
+    });
 }

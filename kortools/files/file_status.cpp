@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/file_status.h"
 
+#include "kortools/files/guarded_call.h"
 #include "kortools/files/path_kind.h"
 #include "kortools/platform/file_status.h"
 
 using namespace kortools::files;
-using kortools::platform::FileStatus;
+using namespace kortools::platform;
 
 namespace {
 
@@ -24,16 +25,20 @@ void normalize(CXTString<wchar_t> &directory)
 
 } // namespace
 
-bool fileExists(CXTString<wchar_t> const &path, unsigned int *)
+bool fileExists(CXTString<wchar_t> const &path, unsigned int *timeout)
 {
-    FileStatus status;
-    return kortools::platform::get_file_status(path, status);
+    return run_guarded(path, timeout, false, [](auto const &name, auto const &) {
+        FileStatus status;
+        return get_file_status(name, status);
+    });
 }
 
-bool fileDirectoryExists(CXTString<wchar_t> const &path, unsigned int *)
+bool fileDirectoryExists(CXTString<wchar_t> const &path, unsigned int *timeout)
 {
-    FileStatus status;
-    return kortools::platform::get_file_status(path, status) && status.is_directory;
+    return run_guarded(path, timeout, false, [](auto const &name, auto const &) {
+        FileStatus status;
+        return get_file_status(name, status) && status.is_directory;
+    });
 }
 
 bool fileIsDirectory(CXTString<wchar_t> const &path, bool bySeparator, unsigned int *timeout)
@@ -48,7 +53,7 @@ bool fileIsDirectory(CXTString<wchar_t> const &path, bool bySeparator, unsigned 
 unsigned long long fileGetSize(CXTString<wchar_t> const &path)
 {
     FileStatus status;
-    return kortools::platform::get_file_status(path, status) ? status.size : 0;
+    return get_file_status(path, status) ? status.size : 0;
 }
 
 DirCompare fileCompareDirectory(CXTString<wchar_t> a, CXTString<wchar_t> b)

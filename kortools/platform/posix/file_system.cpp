@@ -3,6 +3,7 @@
 
 #include "kortools/platform/os_error.h"
 #include "kortools/platform/posix/file_sharing.h"
+#include "kortools/platform/posix/native_path.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -17,9 +18,6 @@
 namespace kortools::platform {
 namespace {
 
-constexpr unsigned int error_path_not_found = 3;
-constexpr unsigned int error_access_denied = 5;
-constexpr unsigned int error_not_enough_memory = 8;
 constexpr unsigned int error_negative_seek = 131;
 
 // A single call transfers no more than this many bytes on Linux, and no more than a ssize_t.
@@ -33,15 +31,6 @@ int to_descriptor(FileHandle file)
 FileHandle to_handle(int fd)
 {
     return reinterpret_cast<FileHandle>(static_cast<std::intptr_t>(fd));
-}
-
-// Repeats a system call that a signal interrupted.
-template <typename Call> auto retry(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
 }
 
 // The system reports a descriptor of the wrong mode as if it were none, or as a bad argument.
