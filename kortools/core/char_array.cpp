@@ -41,16 +41,16 @@ CXTCharArray<T>::CXTCharArray(CXTCharArray &&other) noexcept
     , m_length(std::exchange(other.m_length, 0))
     , m_capacity(std::exchange(other.m_capacity, 0))
 {
-    other.m_buffer = static_cast<T *>(std::malloc(capacity_for(0) * sizeof(T)));
-    if (other.m_buffer) {
-        other.m_buffer[0] = T();
-        other.m_capacity = capacity_for(0);
-    }
+    other.AllocateMinimum();
 }
 
-template <class T> CXTCharArray<T>::~CXTCharArray()
+template <class T> void CXTCharArray<T>::AllocateMinimum() noexcept
 {
-    std::free(m_buffer);
+    m_buffer = static_cast<T *>(std::malloc(capacity_for(0) * sizeof(T)));
+    if (m_buffer) {
+        m_buffer[0] = T();
+        m_capacity = capacity_for(0);
+    }
 }
 
 template <class T> CXTCharArray<T> &CXTCharArray<T>::operator=(CXTCharArray const &other)
@@ -68,6 +68,8 @@ template <class T> CXTCharArray<T> &CXTCharArray<T>::operator=(CXTCharArray &&ot
     other.m_length = 0;
     if (other.m_buffer)
         other.m_buffer[0] = T();
+    else
+        other.AllocateMinimum();
     return *this;
 }
 
@@ -79,6 +81,8 @@ template <class T> void CXTCharArray<T>::Assign(T const *text, long long length)
         SetLength(length);
         return;
     }
+    if (m_capacity == 0 && length < capacity_for(0))
+        SetLength(0); // the block that a default-constructed string would have
     SetLength(length);
     copy_characters(m_buffer, text, m_length);
 }

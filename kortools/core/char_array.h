@@ -14,6 +14,7 @@
 #include "kortools/export.h"
 
 #include <climits>
+#include <cstdlib>
 #include <string_view>
 
 template <class T> class KORTOOLS_API CXTCharArray {
@@ -34,7 +35,7 @@ public:
     // `other` becomes empty, with a new block of the minimum size (or none, like a detached array,
     // when memory is exhausted).
     CXTCharArray(CXTCharArray &&other) noexcept;
-    ~CXTCharArray();
+    ~CXTCharArray() { std::free(m_buffer); }
 
     CXTCharArray &operator=(CXTCharArray const &other);
     CXTCharArray &operator=(CXTCharArray &&other) noexcept; // swaps the blocks and empties `other`
@@ -97,8 +98,11 @@ private:
     // Reallocates so that HasRoomFor(the result), which is `length` made at least 0.
     long long Grow(long long length);
 
-    T *m_buffer = nullptr;    // null only after Detach()
-    long long m_length = 0;   // characters before the terminating zero
+    // Of the minimum size; none when memory is exhausted.
+    void AllocateMinimum() noexcept;
+
+    T *m_buffer = nullptr;  // null only after Detach(), and in slots of arrays that are not in use
+    long long m_length = 0; // characters before the terminating zero
     long long m_capacity = 0; // characters in the block, > m_length
 };
 

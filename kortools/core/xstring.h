@@ -402,6 +402,7 @@ std::basic_ostream<T, Traits> &operator<<(
 namespace kortools::core {
 
 template <class T> inline constexpr bool is_trivially_relocatable<CXTString<T>> = true;
+template <class T> inline constexpr bool zero_is_unused<CXTString<T>> = true; // no block
 
 // The text in quotes, in ASCII, with \xHH (\x{HHHHHH} from 100 on) for everything else.
 KORTOOLS_API CXTString<char> quote(std::string_view text);

@@ -223,6 +223,42 @@ TYPED_TEST(ArrayOf, AgreesWithAVector)
     EXPECT_EQ(s_alive, 0);
 }
 
+// Elements come and go at both ends, in turn at one end mostly, often as copies of those there are.
+TYPED_TEST(ArrayOf, ServesAsAQueue)
+{
+    using T = TypeParam;
+    for (int const phase_length : { 3, 40, 300 }) {
+        std::mt19937 random(7);
+        auto const below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+        CXArray<T> array;
+        std::vector<T> model;
+        for (int step = 0; step < 2400; ++step) {
+            int const phase = step / phase_length % 4;
+            int const size = static_cast<int>(model.size());
+            int const capacity = array.GetCapacity();
+            bool const in_front = below(8) != 0 ? phase % 2 == 0 : phase % 2 != 0;
+            int const at = in_front ? std::min(below(3), size / 2) : size - size / 16;
+            if (size < 2 || (below(8) != 0 ? phase < 2 : phase >= 2)) {
+                T const fresh = make<T>(1 + step);
+                T const &value = size > 0 && below(2) ? array[below(size)] : fresh;
+                T const copy = value;
+                array.InsertAt(at, value);
+                model.insert(model.begin() + at, copy);
+            } else {
+                int const count = std::min(1 + below(3), size - at);
+                array.RemoveAt(at, count);
+                model.erase(model.begin() + at, model.begin() + at + count);
+                ASSERT_EQ(array.GetCapacity(), capacity);
+            }
+            ASSERT_EQ(contents(array), model) << "phase " << phase << " step " << step;
+            ASSERT_GE(array.GetCapacity(), array.GetSize());
+        }
+        array.FreeExtra();
+        EXPECT_EQ(contents(array), model);
+    }
+    EXPECT_EQ(s_alive, 0);
+}
+
 // --- Sizes and growth
 
 TEST(Array, GrowsByItsRule)
@@ -264,6 +300,26 @@ TEST(Array, KeepsItsBlockUntilToldOtherwise)
     array.SetSize(0, 0);
     EXPECT_EQ(array.GetData(), nullptr);
     EXPECT_EQ(array.GetCapacity(), 0);
+}
+
+// What an array does to strings is what assignment does to default-constructed ones.
+TEST(Array, GivesStringsTheBlocksThatAssignmentGives)
+{
+    CXArray<CXTString<char>> array;
+    CXTString<char> moved = "123456789 123456789";
+    CXTString<char> const copied = "12345678";
+    array.Add(copied);
+    array.Add(std::move(moved));
+    array.InsertAt(0, CXTString<char>("abc"));
+    array.SetSize(5);
+    EXPECT_EQ(array[0].GetCapacity(), 16);
+    EXPECT_EQ(array[1].GetCapacity(), 16);
+    EXPECT_EQ(array[2].GetCapacity(), 64);
+    EXPECT_STREQ(array[4].GetConstBuffer(), "");
+    EXPECT_EQ(array[4].GetCapacity(), 16);
+    EXPECT_STREQ(moved.GetConstBuffer(), "");
+    EXPECT_EQ(moved.GetCapacity(), 16);
+    EXPECT_EQ(sizeof array, sizeof(void *) * 2 + 4 * sizeof(int));
 }
 
 TEST(Array, EveryBadIndexOrSizeThrowsAndChangesNothing)
