@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/posix/thread_stop.h"
+
+#include "kortools/platform/clock.h"
+#include "kortools/platform/posix/futex.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+
+namespace kortools::platform::posix {
+namespace {
+
+// In the thread's static block, because a handler must not have it allocated.
+[[gnu::tls_model("initial-exec")]] constinit thread_local StopGate *s_gate = nullptr;
+
+void handle_stop(int)
+{
+    int const error = errno;
+    if (s_gate)
+        s_gate->wait_while_closed();
+    errno = error;
+}
+
+// While a thread stands in the handler, no other handler runs on it.
+bool install_handler(int signal)
+{
+    struct sigaction action = {};
+    if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL)
+        return false;
+    action.sa_handler = handle_stop;
+    action.sa_flags = SA_RESTART;
+    sigfillset(&action.sa_mask);
+    return sigaction(signal, &action, nullptr) == 0;
+}
+
+// The first free signal from the middle of the range on: libraries like to take the ends.
+int choose_signal()
+{
+    int const count = SIGRTMAX - SIGRTMIN + 1;
+    for (int i = 0; i < count; ++i) {
+        int const signal = SIGRTMIN + (count / 2 + i) % count;
+        if (install_handler(signal))
+            return signal;
+    }
+    return 0;
+}
+
+int get_stop_signal()
+{
+    static int const s_signal = choose_signal();
+    return s_signal;
+}
+
+bool is_closed(unsigned request)
+{
+    return request % 2 != 0;
+}
+
+} // namespace
+
+void StopGate::attach_current(StopGate *gate)
+{
+    s_gate = gate;
+}
+
+bool StopGate::is_current(StopGate const *gate)
+{
+    return s_gate == gate;
+}
+
+void StopGate::close_at_start()
+{
+    m_request = 1;
+}
+
+bool StopGate::close(pthread_t thread)
+{
+    m_request.fetch_add(1);
+    if (pthread_kill(thread, get_stop_signal()) == 0)
+        return true;
+    m_request.fetch_sub(1);
+    return false;
+}
+
+bool StopGate::wait_until_stopped(int timeout_ms)
+{
+    long long const end = get_tick() + timeout_ms;
+    unsigned const request = m_request.load();
+    for (;;) {
+        unsigned const reached = m_reached.load();
+        if (reached == request)
+            return true;
+        long long const left = timeout_ms < 0 ? 1000 : end - get_tick();
+        if (left <= 0)
+            return false;
+        timespec const limit { left / 1000, left % 1000 * 1'000'000 };
+        futex_wait(m_reached, reached, &limit);
+    }
+}
+
+void StopGate::open()
+{
+    m_request.fetch_add(1);
+    futex_wake(m_request);
+}
+
+// A gate that opens and closes again before the thread has noticed is the next odd number, which
+// the thread reports as well; the signal that came with it then finds an open gate.
+void StopGate::wait_while_closed()
+{
+    for (;;) {
+        unsigned const request = m_request.load();
+        if (!is_closed(request))
+            return;
+        m_reached.store(request);
+        futex_wake(m_reached);
+        futex_wait(m_request, request);
+    }
+}
+
+void unblock_stop_signal()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, get_stop_signal());
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+} // namespace kortools::platform::posix
