@@ -46,6 +46,7 @@
 #include "kortools/files/numbered_names.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/path_separators.h"
+#include "kortools/app/progress_callback.h"
 
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.
