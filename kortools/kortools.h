@@ -46,7 +46,11 @@
 #include "kortools/files/numbered_names.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/path_separators.h"
+
+#include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"
+#include "kortools/app/thread.h"
+#include "kortools/app/thread_registry.h"
 
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.

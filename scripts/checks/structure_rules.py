@@ -26,7 +26,7 @@ STANDARD_HEADERS = set("""
     semaphore set shared_mutex source_location span sstream stack stdexcept stop_token streambuf
     string string_view syncstream system_error thread tuple type_traits typeindex typeinfo
     unordered_map unordered_set utility valarray variant vector version
-    emmintrin.h""".split())  # the last one: SSE2, which every x86-64 processor has
+    omp.h emmintrin.h""".split())  # the last two: OpenMP, and SSE2, which every x86-64 processor has
 APP_HEADERS = {"CLI/CLI.hpp", "zlib.h"}
 SYSTEM_FOLDERS = ("kortools/platform/posix/", "kortools/platform/win32/", "kortools/ui/win32/",
                   "kortools/ui/qt/")

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/app/thread_registry.h"
+
+#include "kortools/app/thread_records.h"
+#include "kortools/core/critical_section.h"
+#include "kortools/core/hash_map.h"
+#include "kortools/core/hash_table.h"
+#include "kortools/core/throw.h"
+#include "kortools/platform/threads.h"
+
+#include <atomic>
+#include <optional>
+
+namespace {
+
+using ThreadID = unsigned long long;
+using ParentMap = CHashMap<ThreadID, ThreadID, ThreadID>;
+using ThreadSet = CHashTable<ThreadID>;
+
+constexpr unsigned table_size = 23; // slots, at first
+
+constinit std::atomic<ThreadID> s_main_thread = 0; // 0: not recorded yet
+
+// A set of threads that mostly is empty, and is asked about often.
+class MarkSet {
+public:
+    bool is_empty() const { return m_count.load(std::memory_order_acquire) == 0; }
+    bool contains(ThreadID thread) const { return m_threads && m_threads->IsFound(thread); }
+
+    void change(ThreadID thread, bool marked)
+    {
+        if (!m_threads && !marked)
+            return;
+        if (!m_threads)
+            m_threads.emplace(table_size);
+        if (!marked)
+            m_threads->Remove(thread);
+        else if (m_threads->Insert(thread) == 0 && !m_threads->IsFound(thread))
+            kortools::core::throw_out_of_memory();
+        m_count.store(m_threads->GetCount(), std::memory_order_release);
+    }
+
+private:
+    std::optional<ThreadSet> m_threads;
+    std::atomic<unsigned> m_count { 0 }; // may be read without the lock
+};
+
+struct ThreadRegistry {
+    CXCriticalSection m_lock;
+    std::optional<ParentMap> m_parents;
+    MarkSet m_cancelled;
+    MarkSet m_silent;
+
+    void attach(ThreadID child, ThreadID parent)
+    {
+        if (!m_parents)
+            m_parents.emplace(table_size);
+        if (m_parents->Insert(child, parent) == 0 && !m_parents->IsFound(child))
+            kortools::core::throw_out_of_memory();
+    }
+    void detach(ThreadID child)
+    {
+        if (m_parents)
+            m_parents->Remove(child);
+    }
+    bool inherits(MarkSet const &marks, ThreadID thread) const;
+};
+
+// Never destroyed: threads end, and ask, while static objects are destroyed.
+ThreadRegistry &get_registry()
+{
+    static auto *const s_registry = new ThreadRegistry;
+    return *s_registry;
+}
+
+ThreadID resolve(ThreadID thread)
+{
+    return thread != 0 ? thread : kortools::platform::get_current_thread_id();
+}
+
+// Walks up with one mile stone, which is moved further and further away: in a ring, the walk passes
+// a stone that it has left behind.
+bool ThreadRegistry::inherits(MarkSet const &marks, ThreadID thread) const
+{
+    ThreadID stone = 0;
+    unsigned steps = 0;
+    unsigned steps_to_next_stone = 1;
+    while (thread != stone) {
+        if (marks.contains(thread))
+            return true;
+        ThreadID const *const parent = m_parents ? m_parents->Find(thread) : nullptr;
+        if (!parent)
+            return false;
+        if (++steps == steps_to_next_stone) {
+            stone = thread;
+            steps = 0;
+            steps_to_next_stone *= 2;
+        }
+        thread = *parent;
+    }
+    return false;
+}
+
+void set_mark(MarkSet ThreadRegistry::*marks, ThreadID thread, bool marked)
+{
+    ThreadRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    (registry.*marks).change(resolve(thread), marked);
+}
+
+bool has_mark(MarkSet ThreadRegistry::*marks, ThreadID thread)
+{
+    ThreadRegistry &registry = get_registry();
+    if ((registry.*marks).is_empty())
+        return false;
+    CXSingleLock const lock(&registry.m_lock, true);
+    return registry.inherits(registry.*marks, resolve(thread));
+}
+
+[[maybe_unused]] ThreadID const s_loading_thread = GetApplicationMainThreadID();
+
+} // namespace
+
+void AttachThread(unsigned long long child, unsigned long long parent)
+{
+    child = resolve(child);
+    parent = resolve(parent);
+    if (child == parent)
+        return;
+    ThreadRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    registry.attach(child, parent);
+}
+
+void DetachThread(unsigned long long child)
+{
+    ThreadRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    registry.detach(resolve(child));
+}
+
+int GetChildThreads(unsigned long long parent, CXArray<unsigned long long> &threads)
+{
+    threads.RemoveAll();
+    threads.FreeExtra();
+    parent = resolve(parent);
+    ThreadRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    if (registry.m_parents) {
+        for (auto const [child, its_parent] : *registry.m_parents) {
+            if (its_parent == parent)
+                threads.Add(child);
+        }
+    }
+    return threads.GetSize();
+}
+
+void SetCancelThread(bool cancel, unsigned long long thread)
+{
+    set_mark(&ThreadRegistry::m_cancelled, thread, cancel);
+}
+
+void SetSilentThread(bool silent, unsigned long long thread)
+{
+    set_mark(&ThreadRegistry::m_silent, thread, silent);
+}
+
+bool ShouldCancelThread(unsigned long long thread)
+{
+    return has_mark(&ThreadRegistry::m_cancelled, thread);
+}
+
+bool IsSilentThread(unsigned long long thread)
+{
+    return has_mark(&ThreadRegistry::m_silent, thread);
+}
+
+// Asked before the library's static objects are initialised, it answers with the thread that
+// initialises them.
+unsigned long long GetApplicationMainThreadID()
+{
+    ThreadID recorded = s_main_thread.load(std::memory_order_relaxed);
+    if (recorded == 0) {
+        ThreadID const current = kortools::platform::get_current_thread_id();
+        if (s_main_thread.compare_exchange_strong(recorded, current))
+            return current;
+    }
+    return recorded;
+}
+
+namespace kortools::app {
+
+void record_started_thread(unsigned long long thread, unsigned long long parent) noexcept
+{
+    ThreadRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    registry.m_cancelled.change(thread, false);
+    registry.m_silent.change(thread, false);
+    registry.detach(thread);
+    if (!registry.m_parents)
+        registry.m_parents.emplace(table_size);
+    registry.m_parents->Insert(thread, parent);
+}
+
+void forget_thread(unsigned long long thread) noexcept
+{
+    ThreadRegistry &registry = get_registry();
+    CXSingleLock const lock(&registry.m_lock, true);
+    registry.m_silent.change(thread, false);
+    registry.m_cancelled.change(thread, false);
+    registry.detach(thread);
+}
+
+void record_main_thread()
+{
+    s_main_thread = platform::get_current_thread_id();
+}
+
+void lock_thread_registry()
+{
+    get_registry().m_lock.Lock();
+}
+
+void unlock_thread_registry()
+{
+    get_registry().m_lock.Unlock();
+}
+
+} // namespace kortools::app

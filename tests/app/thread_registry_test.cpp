@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/app/thread_registry.h"
+
+#include "kortools/app/parallel.h"
+#include "kortools/app/thread.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+#include <set>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using ThreadID = unsigned long long;
+
+constexpr ThreadID first = 1ULL << 40; // identifiers that no thread of the system has
+
+// The registry, said slowly. It has no ring.
+struct Model {
+    std::map<ThreadID, ThreadID> parents;
+    std::set<ThreadID> cancelled;
+
+    bool should_cancel(ThreadID thread) const
+    {
+        auto const parent = parents.find(thread);
+        return cancelled.contains(thread)
+            || (parent != parents.end() && should_cancel(parent->second));
+    }
+    std::vector<ThreadID> children(ThreadID thread) const
+    {
+        std::vector<ThreadID> found;
+        for (auto const &[child, parent] : parents) {
+            if (parent == thread)
+                found.push_back(child);
+        }
+        return found;
+    }
+};
+
+std::vector<ThreadID> get_children(ThreadID parent)
+{
+    CXArray<ThreadID> children;
+    children.Add(1); // must go
+    int const count = GetChildThreads(parent, children);
+    EXPECT_EQ(count, children.GetSize());
+    std::vector<ThreadID> sorted(children.begin(), children.end());
+    std::sort(sorted.begin(), sorted.end());
+    return sorted;
+}
+
+} // namespace
+
+TEST(ThreadRegistry, AgreesWithAModelOfParentsAndMarks)
+{
+    constexpr ThreadID count = 40;
+    Model model;
+    std::mt19937 random(5);
+    auto const pick = [&] { return first + random() % count; };
+    for (int step = 0; step < 4000; ++step) {
+        ThreadID const thread = pick();
+        ThreadID const parent = first + random() % (thread - first + 1); // never below itself
+        switch (random() % 4) {
+        case 0:
+            AttachThread(thread, parent);
+            if (thread != parent)
+                model.parents[thread] = parent;
+            break;
+        case 1:
+            DetachThread(thread);
+            model.parents.erase(thread);
+            break;
+        case 2:
+            SetCancelThread(true, thread);
+            model.cancelled.insert(thread);
+            break;
+        default:
+            SetCancelThread(false, thread);
+            model.cancelled.erase(thread);
+            break;
+        }
+        ThreadID const asked = pick();
+        ASSERT_EQ(ShouldCancelThread(asked), model.should_cancel(asked)) << "step " << step;
+        ASSERT_FALSE(IsSilentThread(asked)) << "the marks are two";
+        if (step % 16 == 0) {
+            ASSERT_EQ(get_children(parent), model.children(parent)) << "step " << step;
+        }
+    }
+    for (ThreadID thread = first; thread < first + count; ++thread) {
+        SetCancelThread(false, thread);
+        DetachThread(thread);
+    }
+}
+
+TEST(ThreadRegistry, MarksAreInheritedByGrandchildrenAndLeftAgain)
+{
+    AttachThread(first + 1, first);
+    AttachThread(first + 2, first + 1);
+    SetSilentThread(true, first);
+    EXPECT_TRUE(IsSilentThread(first + 2));
+    EXPECT_FALSE(ShouldCancelThread(first + 2));
+    SetSilentThread(true, first + 2);
+    SetSilentThread(false, first);
+    EXPECT_TRUE(IsSilentThread(first + 2)) << "its own mark stays";
+    EXPECT_FALSE(IsSilentThread(first + 1));
+    SetSilentThread(false, first + 2);
+    DetachThread(first + 1);
+    DetachThread(first + 2);
+}
+
+TEST(ThreadRegistry, ZeroIsTheCallingThread)
+{
+    ThreadID const self = CXThread::GetCurrentThreadID();
+    AttachThread(0, self);
+    AttachThread(self, 0);
+    EXPECT_TRUE(get_children(0).empty()) << "a thread is not its own child";
+    AttachThread(first, 0);
+    EXPECT_EQ(get_children(self), std::vector<ThreadID> { first });
+    SetCancelThread(true, 0);
+    EXPECT_TRUE(ShouldCancelThread(self) && ShouldCancelThread(0) && ShouldCancelThread(first));
+    std::thread([] { EXPECT_FALSE(ShouldCancelThread(0)); }).join();
+    SetCancelThread(false, self);
+    EXPECT_FALSE(ShouldCancelThread(0));
+    DetachThread(first);
+}
+
+TEST(ThreadRegistry, ARingOfParentsEndsTheLookUp)
+{
+    for (ThreadID length = 2; length < 40; ++length) { // and a tail of three that leads into it
+        for (ThreadID i = 0; i < length + 3; ++i)
+            AttachThread(first + i, first + (i == 0 ? length - 1 : i - 1));
+        SetCancelThread(true, 1); // else nobody looks
+        EXPECT_FALSE(ShouldCancelThread(first + length + 2));
+        for (ThreadID marked = 0; marked < length; ++marked) {
+            SetCancelThread(true, first + marked);
+            EXPECT_TRUE(ShouldCancelThread(first + length + 2)) << marked << " of " << length;
+            SetCancelThread(false, first + marked);
+        }
+        SetCancelThread(false, 1);
+        for (ThreadID i = 0; i < length + 3; ++i)
+            DetachThread(first + i);
+    }
+}
+
+TEST(ThreadRegistry, TheMainThreadIsTheOneThatLoadedTheLibrary)
+{
+    ThreadID const self = CXThread::GetCurrentThreadID();
+    EXPECT_EQ(GetApplicationMainThreadID(), self);
+    std::thread([self] { EXPECT_EQ(CXThread::GetMainThreadID(), self); }).join();
+}
+
+TEST(Parallel, CountsAreClampedAndChunksDivideALoopInto24PartsForEachThread)
+{
+    int const most = OMPGetMaxThreadCount();
+    ASSERT_GE(most, 1);
+    for (auto [wanted, stored] : std::vector<std::pair<int, int>> {
+             { 0, 1 }, { -7, 1 }, { 1, 1 }, { most, most }, { most + 1, most } }) {
+        OMPSetMaxThreadCount(wanted);
+        EXPECT_EQ(OMPGetMaxThreadCount(), stored) << wanted;
+    }
+    auto const threads = static_cast<unsigned>(most);
+    OMPSetMaxThreadCount(most);
+    for (auto [count, chunk] :
+        std::vector<std::pair<unsigned, unsigned>> { { 0, 1 }, { 23, 1 }, { 48 * threads - 1, 1 },
+            { 48 * threads, 2 }, { 0xFFFFFFFF, 0xFFFFFFFF / 24 / threads } })
+        EXPECT_EQ(OMPGetScheduleChunkSize(count), chunk) << count;
+}

@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/app/thread.h"
+
+#include "kortools/app/thread_registry.h"
+#include "kortools/archive/exception.h"
+
+#include <algorithm>
+#include <atomic>
+#include <functional>
+#include <gtest/gtest.h>
+#include <semaphore>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr unsigned int kept = CXThread::keepAutoDelete;
+
+using Work = std::function<bool()>;
+
+bool call_work(void *work)
+{
+    return (*static_cast<Work *>(work))();
+}
+
+// A thread that is deleted by the test, after it has ended.
+struct KeptThread {
+    Work m_work;
+    std::unique_ptr<CXThread> m_thread;
+
+    explicit KeptThread(Work work, unsigned flags = 0,
+        xThreadPriority priority = xThreadPriorityNormal, unsigned stack = 0)
+        : m_work(std::move(work))
+        , m_thread(CXThread::BeginThread(call_work, &m_work, priority, flags | kept, stack))
+    {
+    }
+    ~KeptThread() { m_thread->WaitForEnd(); }
+    CXThread *operator->() const { return m_thread.get(); }
+};
+
+std::string s_trace; // of one Phases thread at a time
+std::atomic<int> s_alive { 0 };
+
+// Notes its phases; those in `throwing` throw, `refuse` makes Start() or Run() false.
+class Phases : public CXThread {
+    KOR_DECLARE_CLASS(Phases)
+public:
+    explicit Phases(std::string throwing = "", char refuse = 0, bool keep = true)
+        : CXThread(keep)
+        , m_throwing(std::move(throwing))
+        , m_refuse(refuse)
+    {
+        ++s_alive;
+    }
+    ~Phases() override { --s_alive; }
+    bool Start() override { return note('S'); }
+    void Finish() override { note('F'); }
+    bool Run() override { return note('R'); }
+
+private:
+    bool note(char phase)
+    {
+        s_trace += phase;
+        if (m_throwing.find(phase) != std::string::npos)
+            kortools::archive::throw_exception(new CXUserException);
+        return phase != m_refuse;
+    }
+
+    std::string m_throwing;
+    char m_refuse;
+};
+
+class ThrowingConstructor : public CXThread {
+    KOR_DECLARE_CLASS(ThrowingConstructor)
+public:
+    ThrowingConstructor() { kortools::archive::throw_exception(new CXUserException); }
+};
+
+} // namespace
+
+KOR_IMPLEMENT_CLASS(Phases, CXThread, 1)
+KOR_IMPLEMENT_CLASS(ThrowingConstructor, CXThread, 1)
+
+TEST(Thread, RunsItsPhasesAndCatchesWhatEscapesThem)
+{
+    struct {
+        char const *throwing;
+        char refuse;
+        char const *trace;
+        bool result;
+    } const cases[] = { { "", 0, "SRF", true }, { "", 'S', "SF", false }, { "", 'R', "SRF", false },
+        { "S", 0, "S", false }, { "R", 0, "SR", false }, { "F", 0, "SRF", false } };
+    for (auto const &each : cases) {
+        s_trace.clear();
+        auto *const thread = CXThread::BeginThread(
+            new Phases(each.throwing, each.refuse), xThreadPriorityNormal, kept);
+        ASSERT_NE(thread, nullptr);
+        EXPECT_TRUE(thread->WaitForEnd());
+        EXPECT_EQ(s_trace, each.trace) << each.throwing << each.refuse;
+        EXPECT_EQ(thread->GetThreadResult(), each.result) << each.throwing << each.refuse;
+        EXPECT_TRUE(thread->IsTerminated() && thread->IsValidThread());
+        delete thread;
+    }
+    EXPECT_EQ(s_alive, 0);
+
+    KeptThread const odd([]() -> bool { throw std::string("anything"); });
+    EXPECT_TRUE(odd->WaitForEnd());
+    EXPECT_FALSE(odd->GetThreadResult());
+}
+
+TEST(Thread, AStartedObjectDeletesItselfUnlessItIsKept)
+{
+    ASSERT_NE(CXThread::BeginThread(new Phases), nullptr);
+    ASSERT_NE(
+        CXThread::BeginThread(new Phases("", 0, false), xThreadPriorityNormal, kept), nullptr);
+    while (s_alive != 0)
+        CXThread::SleepCurrentThread(1);
+    EXPECT_FALSE(Phases("", 0, true).IsFlagSet(CXThread::autoDelete));
+    EXPECT_TRUE(Phases("", 0, false).IsFlagSet(CXThread::autoDelete));
+}
+
+TEST(Thread, BeginsByClassAndReportsFailureByNull)
+{
+    auto *const thread = CXThread::BeginThread(
+        Phases::GetThisRuntimeClassDescriptor(), xThreadPriorityNormal, kept);
+    ASSERT_NE(thread, nullptr);
+    EXPECT_TRUE(thread->IsKindOf(Phases::GetThisRuntimeClassDescriptor()));
+    EXPECT_TRUE(thread->WaitForEnd());
+    delete thread;
+    EXPECT_EQ(s_alive, 0);
+
+    EXPECT_EQ(CXThread::BeginThread(static_cast<CXThread *>(nullptr)), nullptr);
+    EXPECT_EQ(CXThread::BeginThread(static_cast<CXRuntimeClass const *>(nullptr)), nullptr);
+    EXPECT_EQ(CXThread::BeginThread(CXObject::GetThisRuntimeClassDescriptor()), nullptr);
+    EXPECT_EQ(CXThread::BeginThread(CXException::GetThisRuntimeClassDescriptor()), nullptr);
+    XSetThreadException(new CXUserException);
+    EXPECT_EQ(CXThread::BeginThread(ThrowingConstructor::GetThisRuntimeClassDescriptor()), nullptr);
+    EXPECT_EQ(XGetThreadException(), nullptr);
+}
+
+TEST(Thread, IsAChildOfTheThreadThatBeganIt)
+{
+    std::binary_semaphore go { 0 };
+    bool seen = false;
+    {
+        KeptThread const thread([&] {
+            go.acquire();
+            KeptThread const grandchild([&] { return seen = ShouldCancelThread(0); });
+            return true;
+        });
+        CXArray<unsigned long long> children;
+        EXPECT_EQ(GetChildThreads(0, children), 1);
+        EXPECT_EQ(children[0], thread->GetThreadID());
+        SetCancelThread(true, thread->GetThreadID());
+        SetSilentThread(true, thread->GetThreadID());
+        go.release();
+        EXPECT_TRUE(thread->WaitForEnd());
+        EXPECT_TRUE(seen);
+        EXPECT_FALSE(thread->ShouldCancel()) << "a flag of the object, which the mark does not set";
+        EXPECT_TRUE(ShouldCancelThread(thread->GetThreadID())) << "until the object is destroyed";
+    }
+    CXArray<unsigned long long> children;
+    EXPECT_EQ(GetChildThreads(0, children), 0);
+}
+
+TEST(Thread, AnObjectThatNeverStartedTouchesNoMarks)
+{
+    SetCancelThread(true, 0);
+    {
+        CXThread thread(call_work, nullptr);
+        EXPECT_FALSE(thread.IsValidThread() || thread.SuspendThread() || thread.ResumeThread()
+            || thread.IsSuspended() || thread.WaitForEnd(0)
+            || thread.SetThreadPriority(xThreadPriorityIdle));
+        EXPECT_EQ(thread.GetThreadHandle(), nullptr);
+        EXPECT_EQ(thread.GetThreadID(), 0U);
+        EXPECT_TRUE(thread.Lock(true) && thread.Lock(false));
+    }
+    EXPECT_TRUE(ShouldCancelThread(0));
+    SetCancelThread(false, 0);
+}
+
+TEST(Thread, HundredsStartMarkAndEndTogether)
+{
+    constexpr int rounds = 8;
+    constexpr int width = 40;
+    std::atomic<int> ended { 0 };
+    std::atomic<int> wrong { 0 };
+    Work leaf = [&] {
+        auto const self = CXThread::GetCurrentThreadID();
+        SetCancelThread(true, 0);
+        SetSilentThread(true, self);
+        wrong += ShouldCancelThread(0) && IsSilentThread(0) ? 0 : 1;
+        SetCancelThread(false, self);
+        XSetThreadException(new CXUserException); // must not stay behind
+        ++ended;
+        return true;
+    };
+    Work branch = [&] {
+        for (int i = 0; i < width / 2; ++i)
+            wrong += CXThread::BeginThread(call_work, &leaf) ? 0 : 1;
+        CXArray<unsigned long long> children;
+        GetChildThreads(0, children);
+        ++ended;
+        return true;
+    };
+    for (int round = 1; round <= rounds; ++round) {
+        for (int i = 0; i < 2; ++i)
+            wrong += CXThread::BeginThread(call_work, &branch) ? 0 : 1;
+        while (ended != round * (width + 2))
+            CXThread::SleepCurrentThread(1);
+    }
+    EXPECT_EQ(wrong, 0);
+    CXArray<unsigned long long> children;
+    while (GetChildThreads(0, children) != 0) // the last ones are still deleting themselves
+        CXThread::SleepCurrentThread(1);
+}
