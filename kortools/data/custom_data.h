@@ -98,6 +98,25 @@ public:
     virtual bool SerializeFromData(void const *data, unsigned long long size);
     static bool SerializeFromData(CCustomData &target, void const *data, unsigned long long size);
 
+    // --- Preferences files: many containers in one file, each under an identifier and a version.
+    // Nothing is ever lost: a process that dies at any moment, a full disk and others who save at
+    // the same time leave all other records as they are, and this one old or new, whole. While
+    // others use the file both wait, for 30 seconds at most. docs/preferences-format.md has the
+    // form, and how it is done. Neither throws. What overrides Serialize() is not asked.
+
+    // Puts the container in the place of the record of this identifier and version, or adds it;
+    // creates the file, but no folder. False when the file cannot be opened, written or locked, is
+    // no preferences file or a damaged one, or would have more than 1 GiB or 65536 records: it is
+    // then as before. (It may be as after when the disk fails at the very end.)
+    bool SaveToPrefs(CXTString<wchar_t> const &file, unsigned int id, unsigned int version);
+
+    // Reads the record of this identifier and version in place of the container. With `orOlder`,
+    // when there is none, the one that has the highest version below. Writes nothing, and works
+    // where nothing may be written. False, and the container is as before, when there is no record
+    // or the file cannot be read; false, and it is empty, when the record's bytes make no sense.
+    bool LoadFromPrefs(
+        CXTString<wchar_t> file, unsigned int id, unsigned int version, bool orOlder = false);
+
     // --- Setters. A pointer may point into this container's block.
 
     void SetInt(unsigned int id, int value);

@@ -4,6 +4,17 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <utility>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <cstdint>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 namespace kor_test {
 namespace {
@@ -23,6 +34,82 @@ std::map<std::string, ChildFunction> &get_parts()
 ChildPart::ChildPart(char const *name, ChildFunction function)
 {
     get_parts()[name] = function;
+}
+
+#ifdef _WIN32
+
+ChildProcess::ChildProcess(std::string const &name, std::vector<std::string> const &arguments)
+{
+    std::string command = '"' + s_program + "\" " + child_option + ' ' + name;
+    for (std::string const &argument : arguments)
+        command += " \"" + argument + '"';
+    STARTUPINFOA startup {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started {};
+    CreateProcessA(
+        nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &started);
+    CloseHandle(started.hThread);
+    m_process = started.hProcess;
+}
+
+void ChildProcess::kill()
+{
+    TerminateProcess(m_process, 1);
+    wait();
+}
+
+int ChildProcess::wait()
+{
+    HANDLE const process = std::exchange(m_process, nullptr);
+    DWORD result = 1;
+    WaitForSingleObject(process, INFINITE);
+    GetExitCodeProcess(process, &result);
+    CloseHandle(process);
+    return static_cast<int>(result);
+}
+
+#else
+
+namespace {
+
+pid_t to_pid(void *process)
+{
+    return static_cast<pid_t>(reinterpret_cast<std::intptr_t>(process));
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(std::string const &name, std::vector<std::string> const &arguments)
+{
+    std::vector<char const *> words { s_program.c_str(), child_option, name.c_str() };
+    for (std::string const &argument : arguments)
+        words.push_back(argument.c_str());
+    words.push_back(nullptr);
+    pid_t process = 0;
+    posix_spawn(&process, s_program.c_str(), nullptr, nullptr,
+        const_cast<char *const *>(words.data()), environ);
+    m_process = reinterpret_cast<void *>(static_cast<std::intptr_t>(process));
+}
+
+void ChildProcess::kill()
+{
+    ::kill(to_pid(m_process), SIGKILL);
+    wait();
+}
+
+int ChildProcess::wait()
+{
+    int result = 1;
+    waitpid(to_pid(std::exchange(m_process, nullptr)), &result, 0);
+    return result;
+}
+
+#endif
+
+ChildProcess::~ChildProcess()
+{
+    if (m_process)
+        kill();
 }
 
 int run_child(std::string const &name, std::vector<std::string> const &arguments)

@@ -23,6 +23,21 @@ public:
 // when the part returns that or does not run.
 int run_child(std::string const &name, std::vector<std::string> const &arguments);
 
+// A part that runs beside the test, until it returns or is killed.
+class ChildProcess {
+public:
+    ChildProcess(std::string const &name, std::vector<std::string> const &arguments);
+    ChildProcess(ChildProcess const &) = delete;
+    ChildProcess &operator=(ChildProcess const &) = delete;
+    ~ChildProcess(); // kills it
+
+    void kill(); // from one instruction to the next; it is gone when this returns
+    int wait();  // what the part returned
+
+private:
+    void *m_process; // the system's handle or number
+};
+
 // For main(): whether this process is such a child, and then the result of its part.
 bool is_child(int argc, char **argv, int &result);
 

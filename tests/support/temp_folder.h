@@ -9,12 +9,12 @@
 
 class TempFolder {
 public:
-    TempFolder()
+    explicit TempFolder(
+        std::filesystem::path const &parent = std::filesystem::temp_directory_path())
     {
         static std::atomic<unsigned> s_next { 0 };
         auto const ticks = std::chrono::steady_clock::now().time_since_epoch().count();
-        m_path = std::filesystem::temp_directory_path()
-            / ("kortools-" + std::to_string(ticks) + "-" + std::to_string(s_next++));
+        m_path = parent / ("kortools-" + std::to_string(ticks) + "-" + std::to_string(s_next++));
         std::filesystem::create_directories(m_path);
     }
     ~TempFolder()

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+// Saves that stop at each of their steps, by a crash or by a disk that fails.
+#include "kortools/archive/exception.h"
+#include "kortools/data/preferences_file.h"
+#include "tests/structured/preferences_support.h"
+
+#include <gtest/gtest.h>
+
+using namespace kor_test;
+using namespace kortools::data;
+
+namespace {
+
+struct Crash { };
+
+#ifdef _WIN32
+constexpr int stride = 7; // Wine's files are slow
+#else
+constexpr int stride = 1;
+#endif
+
+enum class Stop { Crash, Failure };
+enum class Outcome { Saved, Stopped };
+
+// Writes a few bytes at a time, and stops before step `last` (from 0).
+Outcome save_until(
+    std::wstring const &path, RecordKey key, std::string const &container, int last, Stop stop)
+{
+    PreferencesTuning tuning;
+    tuning.chunk_size = 13;
+    tuning.before_step = [&, step = 0]() mutable {
+        if (step++ != last)
+            return;
+        if (stop == Stop::Crash)
+            throw Crash();
+        kortools::archive::throw_exception(new CXFileException(CXFileException::diskFull));
+    };
+    try {
+        save_record(path.c_str(), key, container.data(), container.size(), tuning);
+        return Outcome::Saved;
+    } catch (Crash) {
+    } catch (CXException *exception) {
+        exception->Delete();
+    }
+    return Outcome::Stopped;
+}
+
+// The containers of three records as a load sees them.
+struct State {
+    std::string m_containers[3];
+    bool operator==(State const &) const = default;
+};
+
+std::string make_container(unsigned char fill, unsigned size)
+{
+    CCustomData data;
+    data.SetBinary(1, std::string(size, static_cast<char>(fill)).data(), size);
+    return to_stream(data);
+}
+
+class PreferencesCrash : public testing::Test {
+protected:
+    State load()
+    {
+        State state;
+        for (unsigned i = 0; i < 3; ++i) {
+            CCustomData data;
+            if (data.LoadFromPrefs(path.c_str(), i, 0))
+                state.m_containers[i] = to_stream(data);
+        }
+        return state;
+    }
+    void reset(State const &state)
+    {
+        std::filesystem::remove(path);
+        std::filesystem::remove(path + L".tmp");
+        for (unsigned i = 0; i < 3; ++i) {
+            std::string const &container = state.m_containers[i];
+            if (!container.empty())
+                save_record(path.c_str(), { i, 0 }, container.data(), container.size());
+        }
+        ASSERT_EQ(load(), state);
+    }
+
+    // Stops a save of record 0 at every step. What is there then is the state before or after it;
+    // and a save of record 2 that stops at every `step`-th step, and one that does not, keep it.
+    void stop_everywhere(State const &before, std::string const &saved, Stop stop, int step)
+    {
+        State after = before;
+        after.m_containers[0] = saved;
+        bool is_done = false;
+        bool was_after = false;
+        for (int last = 0; !is_done; ++last) {
+            bool is_recovered = false;
+            for (int again = 0; !is_recovered; again += step) {
+                ASSERT_NO_FATAL_FAILURE(reset(before));
+                is_done = save_until(path, { 0, 0 }, saved, last, stop) == Outcome::Saved;
+                State const found = load();
+                ASSERT_TRUE(found == after || (!is_done && !was_after && found == before)) << last;
+                was_after = found == after;
+                ASSERT_NO_FATAL_FAILURE(recover(found, again, stop, is_recovered)) << last;
+            }
+        }
+        EXPECT_TRUE(was_after);
+    }
+    void recover(State const &found, int last, Stop stop, bool &is_recovered)
+    {
+        State next = found;
+        next.m_containers[2] = make_container('n', 40);
+        is_recovered
+            = save_until(path, { 2, 0 }, next.m_containers[2], last, stop) == Outcome::Saved;
+        State const now = load();
+        ASSERT_TRUE(now == next || (!is_recovered && now == found)) << "again at " << last;
+        ASSERT_FALSE(is_recovered && std::filesystem::exists(path + L".tmp"));
+    }
+
+    TempFolder folder { get_fast_folder() };
+    std::wstring const path = folder.GetFile(L"App.prefs");
+};
+
+TEST_F(PreferencesCrash, EveryStepOfASaveAndOfTheNextOneLosesNothing)
+{
+    State const before = { { make_container('a', 20), make_container('b', 30), {} } };
+    for (unsigned size : { 1U, 20U, 60U }) // shorter than before, as long, longer
+        stop_everywhere(before, make_container('s', size), Stop::Crash, stride);
+}
+
+TEST_F(PreferencesCrash, TheFirstSaveOfAFileLosesNothing)
+{
+    stop_everywhere({}, make_container('s', 20), Stop::Crash, stride);
+}
+
+TEST_F(PreferencesCrash, AFailingDiskLosesNothing)
+{
+    State const before = { { make_container('a', 20), make_container('b', 30), {} } };
+    stop_everywhere(before, make_container('s', 35), Stop::Failure, 5 * stride);
+}
+
+} // namespace
