@@ -25,6 +25,8 @@
 #include "kortools/archive/file.h"
 #include "kortools/archive/mem_file.h"
 #include "kortools/archive/runtime_class.h"
+#include "kortools/archive/stdio_file.h"
+#include "kortools/archive/stdio_file_ex.h"
 
 #include "kortools/data/custom_data.h"
 #include "kortools/data/custom_data_class.h"

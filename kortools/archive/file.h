@@ -114,9 +114,10 @@ protected:
     static void FillError(CXFileException *error, CXFileException::FileExceptionType cause,
         wchar_t const *path) noexcept;
 
-private:
-    void ReportFailure() const; // of the last system call
+    // Of the last system call: throws, when the throw-on-error flag is set.
+    void ReportFailure() const;
 
+private:
     Handle m_handle;
     bool m_throwOnError;
     bool m_ownsHandle = false; // closed by the destructor

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/line_end.h"
+
+namespace kortools::platform {
+
+std::string_view get_line_end()
+{
+    return "\r\n";
+}
+
+} // namespace kortools::platform
