@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// The folders in which the system wants applications to keep their data.
+#pragma once
+
+#include "kortools/export.h"
+
+#include <string>
+
+namespace kortools::platform {
+
+// Of the calling user, on this machine only: LocalAppData on Windows; on Linux $XDG_DATA_HOME when
+// that is an absolute path, else .local/share in the user's home, and it may not exist yet. A
+// Windows-style path without a trailing separator; empty when the system has none.
+KORTOOLS_API std::wstring get_user_data_folder();
+
+} // namespace kortools::platform

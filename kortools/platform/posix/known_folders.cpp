@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/known_folders.h"
+
+#include "kortools/platform/file_system.h"
+
+#include <cstdlib>
+#include <pwd.h>
+#include <unistd.h>
+#include <vector>
+
+namespace kortools::platform {
+namespace {
+
+bool is_absolute(char const *path)
+{
+    return path != nullptr && path[0] == '/';
+}
+
+// Services are often started without a HOME.
+std::string get_home()
+{
+    if (char const *const home = std::getenv("HOME"); is_absolute(home))
+        return home;
+    std::vector<char> buffer(16 * 1024);
+    passwd entry {};
+    passwd *found = nullptr;
+    if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr
+        || !is_absolute(found->pw_dir))
+        return {};
+    return found->pw_dir;
+}
+
+std::string without_end(std::string path)
+{
+    path.erase(path.find_last_not_of('/') + 1);
+    return path;
+}
+
+} // namespace
+
+std::wstring get_user_data_folder()
+{
+    std::string folder;
+    if (char const *const data = std::getenv("XDG_DATA_HOME"); is_absolute(data))
+        folder = without_end(data) + '/';
+    else if (std::string const home = get_home(); !home.empty())
+        folder = without_end(home) + "/.local/share";
+    else
+        return {};
+    return from_native_path(folder.size() > 1 ? without_end(folder) : folder);
+}
+
+} // namespace kortools::platform
