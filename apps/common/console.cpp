@@ -42,9 +42,9 @@ void fail(CXTString<wchar_t> const &message)
     throw exception;
 }
 
-ProgressLine::ProgressLine(CXTString<wchar_t> const &label)
+ProgressLine::ProgressLine(CXTString<wchar_t> const &label, bool enabled)
     : m_label(to_utf8(label))
-    , m_enabled(kortools::platform::is_error_stream_terminal())
+    , m_enabled(enabled && kortools::platform::is_error_stream_terminal())
 {
 }
 

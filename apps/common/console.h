@@ -22,7 +22,7 @@ void print_error(char const *program, CXTString<wchar_t> const &message); // sta
 // times a second.
 class ProgressLine {
 public:
-    explicit ProgressLine(CXTString<wchar_t> const &label);
+    explicit ProgressLine(CXTString<wchar_t> const &label, bool enabled = true);
     ~ProgressLine(); // clears the line
     ProgressLine(ProgressLine const &) = delete;
     ProgressLine &operator=(ProgressLine const &) = delete;

@@ -2,28 +2,19 @@
 #include "apps/scene/scene_file.h"
 
 #include "apps/common/console.h"
+#include "apps/common/paths.h"
 #include "kortools/archive/archive.h"
 #include "kortools/archive/file.h"
-#include "kortools/platform/file_system.h"
-
-#include <filesystem>
 
 namespace scoutrix {
 namespace {
 
 constexpr unsigned int buffer_size = 64 * 1024;
 
-std::filesystem::path get_native(Text const &path)
-{
-    std::string const native
-        = kortools::platform::to_native_path(static_cast<std::wstring_view>(path));
-    return std::filesystem::path(std::u8string(native.begin(), native.end()));
-}
-
 void remove_file(Text const &path)
 {
     std::error_code ignored;
-    std::filesystem::remove(get_native(path), ignored);
+    std::filesystem::remove(kor_apps::to_native(path), ignored);
 }
 
 void write_scene(CScene const &scene, Text const &path)
@@ -98,7 +89,7 @@ void save_scene(CScene const &scene, Text const &path)
     Text const temporary = path + L".tmp";
     write_scene(scene, temporary);
     std::error_code error;
-    std::filesystem::rename(get_native(temporary), get_native(path), error);
+    std::filesystem::rename(kor_apps::to_native(temporary), kor_apps::to_native(path), error);
     if (error)
         kor_apps::fail(path + L": the scene could not be replaced; it was written as " + temporary);
 }

@@ -14,13 +14,13 @@ namespace {
 using kor_apps::from_utf8;
 
 // Imports what it can; the number of files that failed.
-int put_files(std::vector<std::string> const &files, CScene &scene)
+int put_files(Settings const &settings, std::vector<std::string> const &files, CScene &scene)
 {
     int failures = 0;
     for (std::string const &file : files) {
         Text const path = from_utf8(file);
         try {
-            kor_apps::ProgressLine progress(path);
+            kor_apps::ProgressLine progress(path, settings.progress);
             scene.Put(import_file(path, progress));
         } catch (CXException *exception) {
             kor_apps::print_error("scoutrix", exception->GetErrorMessage());
@@ -64,27 +64,50 @@ Text get_value(CSceneNode const &node, Text const &key)
     return {};
 }
 
+SettingInfo const &find_setting(std::string const &key)
+{
+    auto const infos = get_setting_infos();
+    auto const found = std::find_if(
+        infos.begin(), infos.end(), [&](SettingInfo const &info) { return key == info.key; });
+    if (found == infos.end())
+        kor_apps::fail(from_utf8("there is no setting " + key));
+    return *found;
+}
+
 } // namespace
 
-int import_files(ImportOptions const &options, Text const &path)
+void Session::Remember(Text const &scene)
+{
+    if (remember_scene(settings, scene))
+        file.Save(settings);
+}
+
+int import_files(Session &session, ImportOptions const &options, Text const &path)
 {
     auto const scene = options.append ? load_scene(path) : std::make_unique<CScene>();
-    if (put_files(options.files, *scene) > 0) {
+    if (put_files(session.settings, options.files, *scene) > 0) {
         kor_apps::print_error("scoutrix", L"no scene written: a file could not be imported");
         return 1;
     }
     save_scene(*scene, path);
+    session.Remember(path);
     print_scene(*scene, {});
     return 0;
 }
 
-int list_scene(Text const &path, ListOptions const &options)
+int list_scene(Session &session, Text const &path, ListOptions const &options)
 {
-    print_scene(*load_scene(path), options);
+    bool const latest = path.IsEmpty() && session.settings.recent.GetSize() > 0;
+    Text const &chosen = latest ? session.settings.recent[0] : path;
+    if (chosen.IsEmpty())
+        kor_apps::fail(L"name a scene: none is remembered");
+    auto const scene = load_scene(chosen);
+    session.Remember(chosen);
+    print_scene(*scene, options);
     return 0;
 }
 
-int remove_nodes(Text const &path, std::vector<std::string> const &nodes)
+int remove_nodes(Session &session, Text const &path, std::vector<std::string> const &nodes)
 {
     auto const scene = load_scene(path);
     std::vector<CSceneNode *> found;
@@ -96,12 +119,14 @@ int remove_nodes(Text const &path, std::vector<std::string> const &nodes)
             scene->Remove(node);
     }
     save_scene(*scene, path);
+    session.Remember(path);
     return 0;
 }
 
-int get_value(Text const &path, Text const &name, Text const &key)
+int get_value(Session &session, Text const &path, Text const &name, Text const &key)
 {
     auto const scene = load_scene(path);
+    session.Remember(path);
     CSceneNode const &node = find_node(*scene, name);
     if (key.IsEmpty()) {
         print_properties(node, L"");
@@ -114,7 +139,8 @@ int get_value(Text const &path, Text const &name, Text const &key)
     return 0;
 }
 
-int set_value(Text const &path, Text const &name, Text const &key, Text const &value)
+int set_value(
+    Session &session, Text const &path, Text const &name, Text const &key, Text const &value)
 {
     auto const scene = load_scene(path);
     CSceneNode &node = find_node(*scene, name);
@@ -128,7 +154,52 @@ int set_value(Text const &path, Text const &name, Text const &key, Text const &v
     else
         node.SetUserValue(key, value);
     save_scene(*scene, path);
+    session.Remember(path);
     return 0;
+}
+
+int show_settings(Session &session, std::string const &key)
+{
+    if (!key.empty()) {
+        kor_apps::print_line(from_utf8(find_setting(key).get(session.settings)));
+        return 0;
+    }
+    for (SettingInfo const &info : get_setting_infos()) {
+        Text line;
+        line.Format(L"%-10hs %-10hs %hs", info.key, info.get(session.settings).c_str(), info.help);
+        kor_apps::print_line(line);
+    }
+    return 0;
+}
+
+int change_setting(Session &session, std::string const &key, std::string const &value)
+{
+    SettingInfo const &info = find_setting(key);
+    if (!info.set(session.settings, value))
+        kor_apps::fail(from_utf8(key + " cannot be " + value + " (" + info.help + ")"));
+    return session.file.Save(session.settings) ? 0 : 1;
+}
+
+int reset_settings(Session &session)
+{
+    CXArray<Text> const recent = session.settings.recent;
+    session.settings = Settings();
+    for (int i = recent.GetSize() - 1; i >= 0; --i)
+        remember_scene(session.settings, recent[i]);
+    return session.file.Save(session.settings) ? 0 : 1;
+}
+
+int list_recent(Session &session)
+{
+    for (Text const &scene : session.settings.recent)
+        kor_apps::print_line(scene);
+    return 0;
+}
+
+int clear_recent(Session &session)
+{
+    session.settings.recent.RemoveAll();
+    return session.file.Save(session.settings) ? 0 : 1;
 }
 
 } // namespace scoutrix

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "apps/scoutrix/listing.h"
+#include "apps/scoutrix/settings.h"
 
 #include <string>
 #include <vector>
@@ -15,14 +16,40 @@ struct ImportOptions {
     bool append = false; // to the scene that is there
 };
 
-int import_files(ImportOptions const &options, Text const &scene);
-int list_scene(Text const &scene, ListOptions const &options);
-int remove_nodes(Text const &scene, std::vector<std::string> const &nodes);
+// What all commands share.
+struct Session {
+    explicit Session(SettingsFile const &settings_file)
+        : file(settings_file)
+        , settings(file.Load())
+    {
+    }
 
-// One value of a node or, without a key, all of them. 1 when there is no such value.
-int get_value(Text const &scene, Text const &node, Text const &key);
+    // To be called once a scene was read or written.
+    void Remember(Text const &scene);
+
+    SettingsFile file;
+    Settings settings;
+};
+
+int import_files(Session &session, ImportOptions const &options, Text const &scene);
+
+// The latest of the recent scenes when `scene` is empty.
+int list_scene(Session &session, Text const &scene, ListOptions const &options);
+int remove_nodes(Session &session, Text const &scene, std::vector<std::string> const &nodes);
+
+// One value of a node or, without a key, all of them.
+int get_value(Session &session, Text const &scene, Text const &node, Text const &key);
 
 // The node's name or a value of the user's own; an empty one removes it.
-int set_value(Text const &scene, Text const &node, Text const &key, Text const &value);
+int set_value(
+    Session &session, Text const &scene, Text const &node, Text const &key, Text const &value);
+
+// Prints all settings, or one, or gives it a value.
+int show_settings(Session &session, std::string const &key);
+int change_setting(Session &session, std::string const &key, std::string const &value);
+int reset_settings(Session &session); // the recent scenes stay
+
+int list_recent(Session &session);
+int clear_recent(Session &session);
 
 } // namespace scoutrix

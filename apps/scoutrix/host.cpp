@@ -2,6 +2,7 @@
 #include "apps/scoutrix/host.h"
 
 #include "apps/common/console.h"
+#include "apps/common/paths.h"
 #include "apps/scoutrix/commands.h"
 #include "kortools/archive/exception.h"
 
@@ -20,9 +21,12 @@ public:
     {
         m_app.require_subcommand(1);
         m_app.allow_windows_style_options(false); // /a/b is a path
+        m_app.fallthrough();                      // the host's own options may follow the command
+        m_app.add_option("--settings", m_settings, "The settings to use, in place of your own");
         AddImport();
         AddList();
         AddNodes();
+        AddSettings();
     }
 
     int Run(std::vector<std::string> const &arguments)
@@ -34,11 +38,16 @@ public:
         } catch (CLI::ParseError const &error) {
             return m_app.exit(error) == 0 ? 0 : 2;
         }
-        return m_command();
+        Session session(
+            SettingsFile(m_settings.empty() ? SettingsFile::GetDefaultPath()
+                                            : kor_apps::make_absolute(from_utf8(m_settings))));
+        return m_command(session);
     }
 
 private:
-    CLI::App &AddCommand(char const *name, char const *description, std::function<int()> command)
+    using Command = std::function<int(Session &)>;
+
+    CLI::App &AddCommand(char const *name, char const *description, Command command)
     {
         CLI::App *const app = m_app.add_subcommand(name, description);
         app->callback([this, command = std::move(command)] { m_command = command; });
@@ -47,8 +56,10 @@ private:
 
     void AddImport()
     {
-        CLI::App &import = AddCommand("import", "Read files and write a scene",
-            [this] { return import_files(m_import, from_utf8(m_scene)); });
+        CLI::App &import
+            = AddCommand("import", "Read files and write a scene", [this](Session &session) {
+                  return import_files(session, m_import, from_utf8(m_scene));
+              });
         import.add_option("FILE", m_import.files, "BMP, PNG or Wavefront OBJ files")->required();
         import.add_option("-o,--output", m_scene, "The scene to write")->required();
         import.add_flag("-a,--append", m_import.append,
@@ -57,11 +68,14 @@ private:
 
     void AddList()
     {
-        CLI::App &list = AddCommand("list", "Print what a scene holds",
-            [this] { return list_scene(from_utf8(m_scene), m_list); });
-        AddScene(list);
-        list.add_option("-d,--depth", m_list.depth, "How many levels of the tree");
-        auto const sort = [this](std::string const &name) { m_list.sort = *find_sort_key(name); };
+        CLI::App &list = AddCommand("list", "Print what a scene holds", [this](Session &session) {
+            m_list.sort = m_sort.value_or(session.settings.sort);
+            m_list.depth = m_depth.value_or(session.settings.depth);
+            return list_scene(session, from_utf8(m_scene), m_list);
+        });
+        list.add_option("SCENE", m_scene, "A scene that import wrote (else the latest one)");
+        list.add_option("-d,--depth", m_depth, "How many levels of the tree");
+        auto const sort = [this](std::string const &name) { m_sort = find_sort_key(name); };
         list.add_option_function<std::string>("-s,--sort", sort, "How the nodes are sorted")
             ->check(CLI::IsMember(get_sort_names()));
         list.add_flag("-p,--properties", m_list.properties, "Print every property");
@@ -69,23 +83,47 @@ private:
 
     void AddNodes()
     {
-        CLI::App &remove = AddCommand("remove", "Remove nodes and what is below them",
-            [this] { return remove_nodes(from_utf8(m_scene), m_nodes); });
+        CLI::App &remove
+            = AddCommand("remove", "Remove nodes and what is below them", [this](Session &session) {
+                  return remove_nodes(session, from_utf8(m_scene), m_nodes);
+              });
         AddScene(remove);
         remove.add_option("NODE", m_nodes, node_help)->required();
-        CLI::App &get = AddCommand("get", "Print a property of a node, or all",
-            [this] { return get_value(from_utf8(m_scene), from_utf8(m_node), from_utf8(m_key)); });
+        CLI::App &get = AddCommand(
+            "get", "Print a property of a node, or all", [this](Session &session) {
+                return get_value(session, from_utf8(m_scene), from_utf8(m_node), from_utf8(m_key));
+            });
         AddScene(get);
         get.add_option("NODE", m_node, node_help)->required();
         get.add_option("KEY", m_key, "A property; all when left out");
-        CLI::App &set = AddCommand("set", "Rename a node, or give it a value of your own", [this] {
-            return set_value(
-                from_utf8(m_scene), from_utf8(m_node), from_utf8(m_key), from_utf8(m_value));
-        });
+        CLI::App &set = AddCommand(
+            "set", "Rename a node, or give it a value of your own", [this](Session &session) {
+                return set_value(session, from_utf8(m_scene), from_utf8(m_node), from_utf8(m_key),
+                    from_utf8(m_value));
+            });
         AddScene(set);
         set.add_option("NODE", m_node, node_help)->required();
         set.add_option("KEY", m_key, "\"name\", or any word that is no other property")->required();
         set.add_option("VALUE", m_value, "The text; \"\" removes the value")->required();
+    }
+
+    void AddSettings()
+    {
+        CLI::App &settings = AddCommand(
+            "settings", "Print or change what the host remembers", [this](Session &session) {
+                if (m_flag)
+                    return reset_settings(session);
+                return m_value.empty() ? show_settings(session, m_key)
+                                       : change_setting(session, m_key, m_value);
+            });
+        settings.add_option("KEY", m_key, "A setting; all when left out");
+        settings.add_option("VALUE", m_value, "What it becomes");
+        settings.add_flag("--reset", m_flag, "Go back to the defaults");
+        CLI::App &recent
+            = AddCommand("recent", "Print the latest scenes", [this](Session &session) {
+                  return m_flag ? clear_recent(session) : list_recent(session);
+              });
+        recent.add_flag("--clear", m_flag, "Forget them");
     }
 
     void AddScene(CLI::App &command)
@@ -96,14 +134,18 @@ private:
     static constexpr char const *node_help = "The number of a node in the list, or its name";
 
     CLI::App m_app { "Keeps what is in your 3D and image files in a scene.", "scoutrix" };
-    std::function<int()> m_command;
+    Command m_command;
+    std::string m_settings;
     std::string m_scene;
     ImportOptions m_import;
     ListOptions m_list;
+    std::optional<SortKey> m_sort; // what the settings say when not given
+    std::optional<int> m_depth;
     std::vector<std::string> m_nodes;
     std::string m_node;
     std::string m_key;
     std::string m_value;
+    bool m_flag = false; // --reset, --clear
 };
 
 } // namespace

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "apps/scoutrix/importer.h"
 
+#include "apps/common/paths.h"
 #include "kortools/archive/file.h"
-#include "kortools/platform/file_system.h"
 
 #include <chrono>
 #include <cstring>
@@ -45,12 +45,6 @@ long long get_modification_time(std::filesystem::path const &path)
     return floor<seconds>(system).time_since_epoch().count();
 }
 
-std::filesystem::path get_native(Text const &path)
-{
-    auto const native = kortools::platform::to_native_path(std::wstring_view(path));
-    return std::filesystem::path(std::u8string(native.begin(), native.end()));
-}
-
 } // namespace
 
 void ImportSource::Fail(wchar_t const *reason) const
@@ -76,10 +70,8 @@ SceneFile import_file(Text const &path, kor_apps::ProgressLine &progress)
     file.Seek(0, CXFile::begin);
     SceneFile result;
     result.name = file.GetFileName();
-    std::filesystem::path const native = std::filesystem::absolute(get_native(path));
-    std::u8string const folder = native.parent_path().lexically_normal().u8string();
-    result.folder = kortools::platform::from_native_path(
-        std::string_view(reinterpret_cast<char const *>(folder.data()), folder.size()));
+    std::filesystem::path const native = kor_apps::to_native(kor_apps::make_absolute(path));
+    result.folder = kor_apps::from_native(native.parent_path());
     result.properties.SetString(propertyKind, format.kind);
     result.properties.SetString(propertyFormat, format.name);
     result.properties.SetULongInt(propertySize, file.GetLength());

@@ -1,64 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The commands of scoutrix, as a user types them.
-#include "apps/scoutrix/host.h"
-#include "tests/support/temp_folder.h"
-
-#include <gtest/gtest.h>
-
-namespace {
-
-std::string to_utf8(std::filesystem::path const &path)
-{
-    std::u8string const text = path.u8string();
-    return { text.begin(), text.end() };
-}
-
-class Host : public testing::Test {
-protected:
-    // The exit code; what is printed stays in m_output and m_errors.
-    int Run(std::vector<std::string> arguments)
-    {
-        arguments.insert(arguments.begin(), "scoutrix");
-        testing::internal::CaptureStdout();
-        testing::internal::CaptureStderr();
-        int const result = scoutrix::run_host(arguments);
-        m_output = testing::internal::GetCapturedStdout();
-        m_errors = testing::internal::GetCapturedStderr();
-        return result;
-    }
-
-    void Import(std::vector<std::string> const &names)
-    {
-        std::vector<std::string> arguments { "import", "-o", m_scene };
-        for (std::string const &name : names)
-            arguments.push_back(KOR_SAMPLES "/" + name);
-        EXPECT_EQ(Run(arguments), 0) << m_errors;
-    }
-
-    // The names in the list, in its order.
-    std::string ListNames(std::vector<std::string> const &options)
-    {
-        std::vector<std::string> arguments { "list", m_scene };
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        EXPECT_EQ(Run(arguments), 0) << m_errors;
-        std::istringstream lines(m_output);
-        std::string names;
-        for (std::string line; std::getline(lines, line) && line.starts_with(' ');) {
-            std::istringstream words(line);
-            std::string word;
-            words >> word >> word;
-            names += word + ' ';
-        }
-        return names;
-    }
-
-    TempFolder const m_folder;
-    std::string const m_scene = to_utf8(m_folder.GetPath() / "a.scene");
-    std::string m_output;
-    std::string m_errors;
-};
-
-} // namespace
+#include "tests/apps/host_support.h"
 
 TEST_F(Host, ListsATreeInTheOrderThatIsAskedFor)
 {

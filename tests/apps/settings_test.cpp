@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// What scoutrix remembers, and what becomes of it when the file is damaged.
+#include "apps/common/console.h"
+#include "kortools/data/custom_data.h"
+#include "tests/apps/host_support.h"
+
+#include <fstream>
+
+namespace {
+
+constexpr unsigned int host_record = 0x53435458;
+
+class HostSettings : public Host {
+protected:
+    CXTString<wchar_t> GetFile() const { return kor_apps::from_utf8(m_settings); }
+
+    std::string ReadBytes() const
+    {
+        std::ifstream file(m_settings, std::ios::binary);
+        return { std::istreambuf_iterator<char>(file), {} };
+    }
+
+    void WriteBytes(std::string const &bytes) const
+    {
+        std::ofstream(m_settings, std::ios::binary) << bytes;
+    }
+
+    std::string Get(std::string const &key)
+    {
+        EXPECT_EQ(Run({ "settings", key }), 0) << m_errors;
+        return m_output.substr(0, m_output.find('\n'));
+    }
+
+    int CountDamaged() const
+    {
+        int count = 0;
+        for (auto const &each :
+            std::filesystem::directory_iterator(m_folder.GetPath() / "settings"))
+            count += each.path().string().find(".damaged") != std::string::npos ? 1 : 0;
+        return count;
+    }
+};
+
+} // namespace
+
+TEST_F(HostSettings, AreKeptAndUsed)
+{
+    Import({ "sphere.obj", "checker.bmp" });
+    EXPECT_EQ(Run({ "settings", "sort", "name" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "settings", "depth", "2" }), 0) << m_errors;
+    EXPECT_EQ(ListNames({}), "samples checker.bmp sphere.obj ");
+    EXPECT_EQ(ListNames({ "--sort", "none", "--depth", "1" }), "samples ");
+    EXPECT_EQ(Run({ "settings", "progress", "off" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "settings" }), 0);
+    EXPECT_NE(m_output.find("progress   off"), std::string::npos) << m_output;
+    for (std::vector<std::string> const &bad : { std::vector<std::string> { "sort", "age" },
+             { "depth", "2x" }, { "progress", "maybe" }, { "recent", "101" }, { "colour", "on" } })
+        EXPECT_EQ(Run({ "settings", bad[0], bad[1] }), 1) << m_output;
+    EXPECT_EQ(Get("sort") + Get("depth") + Get("progress") + Get("recent"), "name2off10");
+    EXPECT_EQ(Run({ "settings", "--reset" }), 0);
+    EXPECT_EQ(Get("sort") + Get("depth"), "noneall");
+    EXPECT_EQ(Run({ "recent" }), 0);
+    EXPECT_NE(m_output, "");
+}
+
+TEST_F(HostSettings, RememberTheLatestScenesFirst)
+{
+    EXPECT_EQ(Run({ "list" }), 1) << "no scene is remembered";
+    Import({ "checker.bmp" });
+    auto const other = m_folder.GetPath() / "b.scene";
+    std::filesystem::copy_file(m_scene, other);
+    EXPECT_EQ(Run({ "get", to_utf8(other), "1" }), 0);
+    EXPECT_EQ(Run({ "recent" }), 0);
+    std::size_t const first = m_output.find("b.scene\n");
+    EXPECT_LT(first, m_output.find("a.scene\n")) << m_output;
+    ListNames({});
+    EXPECT_EQ(Run({ "list" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "list", to_utf8(m_folder.GetPath() / "missing") }), 1);
+    EXPECT_EQ(Run({ "settings", "recent", "1" }), 0);
+    EXPECT_EQ(Run({ "recent" }), 0);
+    EXPECT_TRUE(m_output.ends_with("a.scene\n")) << m_output;
+    EXPECT_EQ(Run({ "recent", "--clear" }), 0);
+    EXPECT_EQ(Run({ "recent" }), 0);
+    EXPECT_EQ(m_output, "");
+}
+
+TEST_F(HostSettings, ThatAreDamagedAreKeptAside)
+{
+    EXPECT_EQ(Run({ "settings", "sort", "size" }), 0) << m_errors;
+    std::string const good = ReadBytes();
+    int kept = 0;
+    for (std::size_t size = 1; size < good.size(); size += 7) {
+        WriteBytes(good.substr(0, size));
+        EXPECT_EQ(Get("sort"), "none") << size;
+        EXPECT_NE(m_errors.find("damaged"), std::string::npos) << size << m_errors;
+        EXPECT_EQ(CountDamaged(), ++kept);
+        EXPECT_EQ(Run({ "settings", "sort", "size" }), 0) << m_errors;
+        EXPECT_EQ(Get("sort"), "size");
+    }
+    for (std::size_t i = 0; i < good.size(); ++i) {
+        std::string bytes = good;
+        bytes[i] = static_cast<char>(bytes[i] ^ 0x55);
+        WriteBytes(bytes);
+        EXPECT_EQ(Run({ "settings" }), 0) << i;
+    }
+    // Values that no host has written.
+    CCustomData data;
+    data.SetString(0x534F5254, L"age");
+    data.SetInt(0x524C494D, -1);
+    data.SetInt(0x52454354, 7);
+    EXPECT_TRUE(data.SaveToPrefs(GetFile(), host_record, 1));
+    EXPECT_EQ(Get("sort") + Get("recent"), "none10");
+    EXPECT_EQ(m_errors, "");
+}
+
+TEST_F(HostSettings, LeaveOthersRecordsAlone)
+{
+    std::filesystem::create_directory(m_folder.GetPath() / "settings");
+    CCustomData other;
+    other.SetInt(1, 42);
+    EXPECT_TRUE(other.SaveToPrefs(GetFile(), 7, 1));
+    EXPECT_TRUE(other.SaveToPrefs(GetFile(), host_record, 2)) << "a newer host's";
+    EXPECT_EQ(Get("sort"), "none");
+    EXPECT_EQ(m_errors, "") << "the file is good";
+    EXPECT_EQ(Run({ "settings", "sort", "size" }), 0);
+    EXPECT_EQ(Get("sort"), "size");
+    for (auto const &[id, version] : { std::pair(7U, 1U), std::pair(host_record, 2U) }) {
+        CCustomData read;
+        EXPECT_TRUE(read.LoadFromPrefs(GetFile(), id, version));
+        EXPECT_TRUE(read.IsEqual(other));
+    }
+}
+
+TEST_F(HostSettings, ThatCannotBeSavedDoNotStopTheHost)
+{
+    std::filesystem::create_directories(m_settings); // a folder of the name
+    Import({ "checker.bmp" });
+    EXPECT_NE(m_errors.find("warning"), std::string::npos) << m_errors;
+    EXPECT_EQ(ListNames({}), "samples checker.bmp ");
+    EXPECT_EQ(Run({ "settings", "sort", "size" }), 1);
+}
