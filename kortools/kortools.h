@@ -58,6 +58,7 @@
 // arguments and output.
 #include "kortools/platform/code_pages.h"
 #include "kortools/platform/file_system.h"
+#include "kortools/platform/known_folders.h"
 #include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
 #include "kortools/platform/terminal.h"
