@@ -13,4 +13,11 @@ namespace kortools::platform {
 // Windows-style path without a trailing separator; empty when the system has none.
 KORTOOLS_API std::wstring get_user_data_folder();
 
+// Of all users, on this machine: ProgramData on Windows, /var/lib on Linux; in the same form.
+KORTOOLS_API std::wstring get_common_data_folder();
+
+// Of the calling user, for what need not last: on Linux $TMPDIR when that is an absolute path to a
+// directory, else /tmp. In the same form; empty when there is no such directory.
+KORTOOLS_API std::wstring get_temp_folder();
+
 } // namespace kortools::platform

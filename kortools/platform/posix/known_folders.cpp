@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -36,6 +37,12 @@ std::string without_end(std::string path)
     return path;
 }
 
+bool is_directory(char const *path)
+{
+    struct stat status;
+    return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 } // namespace
 
 std::wstring get_user_data_folder()
@@ -46,6 +53,21 @@ std::wstring get_user_data_folder()
     else if (std::string const home = get_home(); !home.empty())
         folder = without_end(home) + "/.local/share";
     else
+        return {};
+    return from_native_path(folder.size() > 1 ? without_end(folder) : folder);
+}
+
+std::wstring get_common_data_folder()
+{
+    return from_native_path("/var/lib");
+}
+
+std::wstring get_temp_folder()
+{
+    char const *const wanted = std::getenv("TMPDIR");
+    std::string const folder
+        = is_absolute(wanted) && is_directory(wanted) ? without_end(wanted) + '/' : "/tmp/";
+    if (!is_directory(folder.c_str()))
         return {};
     return from_native_path(folder.size() > 1 ? without_end(folder) : folder);
 }
