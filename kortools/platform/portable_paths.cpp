@@ -52,12 +52,13 @@ Prefix get_prefix(View path)
     return is_unc ? Prefix { 8, true } : Prefix { 4, false };
 }
 
-// Where the server's name begins; none for a path that is on no server.
+// Where the server's name begins; none for a path without. Behind "\\?\" that is "?", and the
+// volume its share, when there is no "UNC\".
 std::size_t find_server(View path)
 {
     Prefix const prefix = get_prefix(path);
-    if (prefix.length != 0)
-        return prefix.is_unc ? prefix.length : none;
+    if (prefix.is_unc)
+        return prefix.length;
     return path.starts_with(LR"(\\)") ? 2 : none;
 }
 
@@ -135,14 +136,15 @@ bool is_url(View path)
 
 bool is_unc_path(View path)
 {
-    return find_server(path) != none;
+    Prefix const prefix = get_prefix(path);
+    return prefix.length != 0 ? prefix.is_unc : path.starts_with(LR"(\\)");
 }
 
 bool is_unc_server_share(View path)
 {
-    std::size_t const server = find_server(path);
-    if (server == none)
+    if (!is_unc_path(path))
         return false;
+    std::size_t const server = find_server(path);
     std::size_t const end = path.find(L'\\', server);
     return end != none && end != server && end + 1 != path.size()
         && path.find(L'\\', end + 1) == none;
@@ -158,8 +160,8 @@ bool is_root_path(View path)
     if (path == L"\\")
         return true;
     std::size_t const server = find_server(path);
-    if (server != none)
-        return is_server_or_share(path, server);
+    if (server != none && is_server_or_share(path, server))
+        return true;
     path.remove_prefix(get_prefix(path).length);
     return path.size() == 3 && starts_with_drive(path) && path[2] == L'\\';
 }
@@ -182,7 +184,6 @@ PathCut strip_to_root(View path)
         std::size_t const end = find_share_end(path, server);
         if (end == path.size() || end >= floor)
             return { end, true };
-        return { floor, false };
     }
     return { floor, is_root_path(path.substr(0, floor)) };
 }
@@ -284,10 +285,12 @@ std::size_t find_common_length(View a, View b)
     }
     if (is_unc && common == 2)
         return 0;
-    bool const is_drive = common == 2 && starts_with_drive(a);
-    bool const both_rooted
-        = a.substr(common).starts_with(L'\\') && b.substr(common).starts_with(L'\\');
-    return is_drive && both_rooted ? 3 : common;
+    if (common != 2 || !starts_with_drive(a))
+        return common;
+    bool const is_rooted = a.substr(2).starts_with(L'\\');
+    if (is_rooted != b.substr(2).starts_with(L'\\'))
+        return 0; // the root of a drive against its current directory
+    return is_rooted ? 3 : 2;
 }
 
 // Builds the text of a relative path, up to the units that it may have.
