@@ -48,6 +48,7 @@
 #include "kortools/files/numbered_names.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/path_separators.h"
+#include "kortools/files/relative_path.h"
 
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"

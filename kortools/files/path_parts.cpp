@@ -2,27 +2,18 @@
 #include "kortools/files/path_parts.h"
 
 #include "kortools/files/file_status.h"
-#include "kortools/files/path_separators.h"
 #include "kortools/files/path_text.h"
 #include "kortools/platform/shell_paths.h"
 
 #include <utility>
 
-using kortools::files::to_string;
-using kortools::files::view_of;
+using namespace kortools::files;
 
 namespace platform = kortools::platform;
 
 namespace {
 
 using String = CXTString<wchar_t>;
-
-String converted(String const &path)
-{
-    String result = path;
-    fileConvertSlash(result);
-    return result;
-}
 
 // Cuts, and does nothing for a length beyond the end.
 void cut(String &path, std::size_t length)

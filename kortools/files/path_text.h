@@ -3,6 +3,7 @@
 #pragma once
 
 #include "kortools/core/xstring.h"
+#include "kortools/files/path_separators.h"
 
 #include <string_view>
 
@@ -17,6 +18,13 @@ inline std::wstring_view view_of(CXTString<wchar_t> const &path)
 inline CXTString<wchar_t> to_string(std::wstring_view text)
 {
     return CXTString<wchar_t>(text.data(), static_cast<int>(text.size()));
+}
+
+// The path with '\\' for '/'.
+inline CXTString<wchar_t> converted(CXTString<wchar_t> path)
+{
+    fileConvertSlash(path);
+    return path;
 }
 
 } // namespace kortools::files
