@@ -44,11 +44,13 @@
 #include "kortools/files/file_changes.h"
 #include "kortools/files/file_guard.h"
 #include "kortools/files/file_info.h"
+#include "kortools/files/file_names.h"
 #include "kortools/files/file_status.h"
 #include "kortools/files/numbered_names.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/path_separators.h"
 #include "kortools/files/relative_path.h"
+#include "kortools/files/tmp_name.h"
 
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"

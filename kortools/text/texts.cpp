@@ -30,6 +30,16 @@ constexpr Text texts[] = {
     { 5371, L"Yard|yd", L"Yard|yd" },
     { 5392, L"Yes", L"Oui" },
 
+    // Why a file name is not valid
+    { 5501, L"You must enter a file or a directory name.",
+            L"Vous devez saisir un nom de fichier ou de dossier." },
+    { 5502, L"The name cannot contain the following characters: * ? \" < > |",
+            L"Le nom ne peut pas contenir les caractères suivants : * ? \" < > |" },
+    { 5503, L"The path of the filename must be absolute (C:\\tmp\\example.txt)",
+            L"Le chemin du fichier doit être absolu (C:\\tmp\\exemple.txt)" },
+    { 5504, L"Selected directory does not exist.",
+            L"Le dossier sélectionné n'existe pas." },
+
     // The name of a file that has none
     { 61446, L"an unnamed file", L"un fichier sans nom" },
 
