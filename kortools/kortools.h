@@ -40,6 +40,7 @@
 #include "kortools/data/tree_traversal.h"
 #include "kortools/data/xtime.h"
 
+#include "kortools/files/compact_path.h"
 #include "kortools/files/directories.h"
 #include "kortools/files/file_changes.h"
 #include "kortools/files/file_guard.h"

@@ -4,7 +4,7 @@
 #include "kortools/files/file_status.h"
 #include "kortools/files/name_split.h"
 #include "kortools/files/path_text.h"
-#include "kortools/platform/wide_text.h"
+#include "kortools/files/text_cut.h"
 
 #include <algorithm>
 #include <climits>
@@ -17,20 +17,6 @@ using String = CXTString<wchar_t>;
 using View = std::wstring_view;
 
 constexpr long long min_cut_base = 8; // characters that fileCutName() leaves
-
-// The first `count` characters, one less when the last of them is half of a pair.
-View cut_text(View text, long long count)
-{
-    if (count <= 0)
-        return {};
-    auto const length = static_cast<std::size_t>(count);
-    if (length >= text.size())
-        return text;
-    bool const halves = kortools::platform::wide_is_utf16
-        && kortools::platform::is_high_surrogate(static_cast<char32_t>(text[length - 1]))
-        && kortools::platform::is_low_surrogate(static_cast<char32_t>(text[length]));
-    return text.substr(0, length - halves);
-}
 
 long long length_of(View text)
 {
