@@ -42,6 +42,7 @@
 
 #include "kortools/files/compact_path.h"
 #include "kortools/files/directories.h"
+#include "kortools/files/extension_list.h"
 #include "kortools/files/file_changes.h"
 #include "kortools/files/file_guard.h"
 #include "kortools/files/file_info.h"
@@ -52,6 +53,7 @@
 #include "kortools/files/path_separators.h"
 #include "kortools/files/relative_path.h"
 #include "kortools/files/tmp_name.h"
+#include "kortools/files/wildcards.h"
 
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"
