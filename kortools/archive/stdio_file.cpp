@@ -180,9 +180,7 @@ void CXStdioFile::WriteText(std::string_view text)
 
 template <class T> void CXStdioFile::WriteLines(std::basic_string_view<T> text)
 {
-    bool const withReturn = m_lineEnd == lineEndCRLF
-        || (m_lineEnd == lineEndSystem && get_line_end().front() == '\r');
-    if (!m_isText || !withReturn)
+    if (!m_writesReturns)
         return Put(text);
     while (!text.empty()) {
         std::size_t const length = text.find(T('\n'));
@@ -214,7 +212,8 @@ void CXStdioFile::Put(std::wstring_view text)
 
 void CXStdioFile::SetLineEnd(LineEnd lineEnd)
 {
-    m_lineEnd = lineEnd;
+    m_writesReturns = m_isText && lineEnd != lineEndLF
+        && (lineEnd == lineEndCRLF || get_line_end().front() == '\r');
 }
 
 // Narrow text needs no conversion.
@@ -227,6 +226,8 @@ bool CXStdioFile::HasPageOfProcess() const
 // False when there is no file, which is reported.
 bool CXStdioFile::StartText(bool writing)
 {
+    if (writing && m_isWriting && m_end != 0)
+        return true;
     if (!IsOpen()) {
         ReportFailure();
         return false;

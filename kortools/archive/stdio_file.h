@@ -127,6 +127,6 @@ private:
     unsigned long long m_offset = 0; // where the buffer begins in the file
     bool m_isWriting = false;        // the buffer's bytes are to be written, and m_at is 0
     bool m_isText = true;            // not typeBinary
-    LineEnd m_lineEnd = lineEndSystem;
-    bool m_wroteReturn = false; // the last text ended with a carriage return
+    bool m_writesReturns = false;    // in front of line feeds
+    bool m_wroteReturn = false;      // the last text ended with a carriage return
 };

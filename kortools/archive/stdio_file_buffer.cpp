@@ -33,6 +33,7 @@ CXStdioFile::CXStdioFile(bool throwOnError)
 CXStdioFile::CXStdioFile(std::FILE *stream, bool throwOnError)
     : CXFile(stream, throwOnError)
 {
+    SetLineEnd(lineEndSystem);
     if (IsOpen())
         m_offset = get_system_position(GetHandle());
 }
@@ -126,7 +127,7 @@ void CXStdioFile::Put(std::string_view bytes)
             return;
         }
     }
-    std::copy(bytes.begin(), bytes.end(), m_buffer.GetData() + m_end);
+    std::memcpy(m_buffer.GetData() + m_end, bytes.data(), bytes.size());
     m_end += bytes.size();
 }
 
@@ -168,7 +169,7 @@ bool CXStdioFile::Open(wchar_t const *path, unsigned int flags, CXFileException 
 {
     CXStdioFile::Abort();
     m_isText = (flags & typeBinary) == 0;
-    m_lineEnd = lineEndSystem;
+    SetLineEnd(lineEndSystem);
     m_format.encoding = xTextANSI;
     m_mark = {};
     return CXFile::Open(path, flags, error);
