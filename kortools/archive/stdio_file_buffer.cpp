@@ -127,7 +127,7 @@ void CXStdioFile::Put(std::string_view bytes)
             return;
         }
     }
-    std::memcpy(m_buffer.GetData() + m_end, bytes.data(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), m_buffer.GetData() + m_end);
     m_end += bytes.size();
 }
 
