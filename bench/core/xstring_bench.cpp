@@ -18,6 +18,10 @@ namespace {
 struct Kor {
     using String = CXTString<wchar_t>;
     static String make(std::wstring const &text) { return text.c_str(); }
+    static String copy(std::wstring const &text)
+    {
+        return { text.data(), static_cast<int>(text.size()) };
+    }
     static std::size_t length(String const &text)
     {
         return static_cast<std::size_t>(text.GetLength());
@@ -40,6 +44,7 @@ struct Kor {
 struct Std {
     using String = std::wstring;
     static String make(std::wstring const &text) { return text.c_str(); }
+    static String copy(std::wstring const &text) { return { text.data(), text.size() }; }
     static std::size_t length(String const &text) { return text.size(); }
     static void append(String &text, wchar_t ch) { text += ch; }
     static long long find(String const &text, wchar_t ch)
@@ -151,7 +156,6 @@ template <class S> void BM_Construct(benchmark::State &state)
 {
     std::wstring const source = make_text(state);
     typename S::String const original = S::make(source);
-    auto const *const text = source.c_str();
     bool right = true;
     for (auto _ : state) {
         if constexpr (std::is_same_v<S, Qt>) {
@@ -161,7 +165,7 @@ template <class S> void BM_Construct(benchmark::State &state)
             icu::UnicodeString const copy(original.getBuffer(), original.length());
             right &= S::length(copy) == source.size();
         } else {
-            typename S::String const copy(text);
+            typename S::String const copy = S::copy(source);
             right &= S::length(copy) == source.size();
         }
     }

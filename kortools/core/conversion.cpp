@@ -78,6 +78,14 @@ public:
             std::copy_n(source, used, m_at);
         m_at += used;
     }
+    std::size_t put_ascii_blocks(unsigned char const *source, std::size_t count)
+    {
+        std::size_t done = 0;
+        while (count - done >= 16 && platform::copy_ascii_block(source + done, m_at + done))
+            done += 16;
+        m_at += done;
+        return done;
+    }
     std::size_t get_count() const { return static_cast<std::size_t>(m_at - m_begin); }
 
 private:

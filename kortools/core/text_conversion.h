@@ -67,11 +67,31 @@ private:
     long long m_length;
 };
 
+// As convert_long_text(), for ASCII text that needs a larger block: in one pass instead of two.
+// False, and nothing is changed, for any other text.
+inline bool convert_ascii(
+    unsigned int page, std::wstring_view source, CXTCharArray<char> &target, long long start)
+{
+    long long const length = start + static_cast<long long>(source.size());
+    if (length < target.GetCapacity())
+        return false;
+    CXTCharArray<char> result(length);
+    char *const rest = std::copy_n(target.GetData(), start, result.GetData());
+    if (platform::narrow_leading_ascii(page, source.data(), source.size(), rest) != source.size())
+        return false;
+    target.Swap(result);
+    return true;
+}
+
 // Replaces what follows `start` in `target` with the converted text.
 template <class T>
 bool convert_long_text(unsigned int page, std::basic_string_view<other_char_t<T>> source,
     CXTCharArray<T> &target, long long start)
 {
+    if constexpr (sizeof(T) == 1) {
+        if (convert_ascii(page, source, target, start))
+            return true;
+    }
     long long const estimate = estimate_converted_length(page, source);
     target.SetLength(start + std::max(0LL, estimate));
     if (estimate < 0)

@@ -319,24 +319,39 @@ public:
     void Swap(CXTString &other) noexcept { m_text.Swap(other.m_text); }
     friend void swap(CXTString &a, CXTString &b) noexcept { a.Swap(b); }
 
+    // A sum that is added to grows in its own block.
     friend CXTString operator+(CXTString const &a, CXTString const &b)
     {
         return { a.GetView(), b.GetView() };
     }
+    friend CXTString operator+(CXTString &&a, CXTString const &b)
+    {
+        return std::move(a.AppendText(b.GetView()));
+    }
     friend CXTString operator+(CXTString const &a, T const *b)
     {
         return { a.GetView(), ViewOf(b) };
+    }
+    friend CXTString operator+(CXTString &&a, T const *b)
+    {
+        return std::move(a.AppendText(ViewOf(b)));
     }
     friend CXTString operator+(T const *a, CXTString const &b)
     {
         return { ViewOf(a), b.GetView() };
     }
     friend CXTString operator+(CXTString const &a, T b) { return { a.GetView(), View(&b, 1) }; }
+    friend CXTString operator+(CXTString &&a, T b) { return std::move(a += b); }
     friend CXTString operator+(T a, CXTString const &b) { return { View(&a, 1), b.GetView() }; }
     template <kortools::core::ForeignText<T> S>
     friend CXTString operator+(CXTString const &a, S const &b)
     {
         return { a.GetView(), kortools::core::view_of<T>(b) };
+    }
+    template <kortools::core::ForeignText<T> S>
+    friend CXTString operator+(CXTString &&a, S const &b)
+    {
+        return std::move(a.AppendText(kortools::core::view_of<T>(b)));
     }
     template <kortools::core::ForeignText<T> S>
     friend CXTString operator+(S const &a, CXTString const &b)

@@ -9,6 +9,10 @@
 #include <cstring>
 #include <type_traits>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace kortools::platform {
 
 // Converts `count` characters to another width; narrowing cuts.
@@ -37,6 +41,40 @@ template <std::size_t count, class T> inline bool is_ascii_block(T const *text)
     return (all & not_ascii) == 0;
 }
 
+// Copies 16 characters if all are below 0x80, else nothing.
+template <class T, class U> inline bool copy_ascii_block(T const *source, U *target)
+{
+#ifdef __SSE2__
+    if constexpr (sizeof(T) == 4 && sizeof(U) == 1) {
+        auto const load = [&](int at) {
+            return _mm_loadu_si128(reinterpret_cast<__m128i const *>(source + at));
+        };
+        __m128i const x0 = load(0);
+        __m128i const x1 = load(4);
+        __m128i const x2 = load(8);
+        __m128i const x3 = load(12);
+        __m128i const high = _mm_and_si128(_mm_or_si128(_mm_or_si128(x0, x1), _mm_or_si128(x2, x3)),
+            _mm_set1_epi32(static_cast<int>(0xFFFFFF80)));
+        if (_mm_movemask_epi8(_mm_cmpeq_epi32(high, _mm_setzero_si128())) != 0xFFFF)
+            return false;
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(target),
+            _mm_packus_epi16(_mm_packs_epi32(x0, x1), _mm_packs_epi32(x2, x3)));
+        return true;
+    }
+    if constexpr (sizeof(T) == 1) {
+        __m128i const x = _mm_loadu_si128(reinterpret_cast<__m128i const *>(source));
+        if (_mm_movemask_epi8(x) != 0)
+            return false;
+        copy_block<16>(source, target);
+        return true;
+    }
+#endif
+    if (!is_ascii_block<16>(source))
+        return false;
+    copy_block<16>(source, target);
+    return true;
+}
+
 // Copies the leading ASCII characters of `source` to `target`, which has room for `length`, and
 // returns how many there were. With a null `target` only counts.
 template <class T, class U>
@@ -44,9 +82,11 @@ inline std::size_t copy_ascii(T const *source, std::size_t length, U *target)
 {
     constexpr std::size_t block = 16;
     std::size_t i = 0;
-    for (; length - i >= block && is_ascii_block<block>(source + i); i += block) {
-        if (target)
-            copy_block<block>(source + i, target + i);
+    for (; length - i >= block; i += block) {
+        bool const is_ascii
+            = target ? copy_ascii_block(source + i, target + i) : is_ascii_block<block>(source + i);
+        if (!is_ascii)
+            break;
     }
     std::size_t const stop = std::min(length, i + block);
     for (; i < stop && static_cast<std::make_unsigned_t<T>>(source[i]) < 0x80; ++i) {

@@ -112,4 +112,14 @@ long long wide_to_narrow(
         source, static_cast<std::size_t>(length), target, usable_room(capacity, 4 * length));
 }
 
+std::size_t narrow_leading_ascii(
+    unsigned int page, wchar_t const *source, std::size_t length, char *target)
+{
+    page = resolve(page);
+    SystemCodePage known;
+    bool const has_ascii
+        = page == utf8_code_page || (find_system_code_page(page, known) && known.is_ascii_based);
+    return has_ascii ? copy_ascii(source, length, target) : 0;
+}
+
 } // namespace kortools::platform

@@ -11,6 +11,8 @@
 
 #include "kortools/export.h"
 
+#include <cstddef>
+
 namespace kortools::platform {
 
 inline constexpr unsigned int utf8_code_page = 65001;
@@ -38,5 +40,10 @@ long long estimate_wide_length(unsigned int page, char const *source, long long 
 // The mirror image: `length` wide characters to bytes.
 long long wide_to_narrow(
     unsigned int page, wchar_t const *source, long long length, char *target, long long capacity);
+
+// Copies the leading ASCII characters to `target`, which has room for `length`, if they are the
+// same in the page. Returns how many.
+std::size_t narrow_leading_ascii(
+    unsigned int page, wchar_t const *source, std::size_t length, char *target);
 
 } // namespace kortools::platform

@@ -6,6 +6,7 @@
 
 #include "kortools/platform/ascii_text.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -23,6 +24,16 @@ public:
     template <std::size_t count, class U> void put_block(U const *, std::size_t used)
     {
         m_count += used;
+    }
+    // Puts the ASCII characters at `source`, 16 at a time while there is room and `count` allows;
+    // returns how many.
+    template <class U> std::size_t put_ascii_blocks(U const *source, std::size_t count)
+    {
+        std::size_t done = 0;
+        while (count - done >= 16 && is_ascii_block<16>(source + done))
+            done += 16;
+        m_count += done;
+        return done;
     }
     std::size_t get_count() const { return m_count; }
 
@@ -47,6 +58,15 @@ public:
     {
         copy_block<count>(source, m_at);
         m_at += used;
+    }
+    template <class U> std::size_t put_ascii_blocks(U const *source, std::size_t count)
+    {
+        std::size_t const limit = std::min(count, get_room());
+        std::size_t done = 0;
+        while (limit - done >= 16 && copy_ascii_block(source + done, m_at + done))
+            done += 16;
+        m_at += done;
+        return done;
     }
     std::size_t get_count() const { return static_cast<std::size_t>(m_at - m_begin); }
 

@@ -114,14 +114,14 @@ std::size_t measure_encoded(wchar_t const *source, std::size_t length)
 // The fast loop: stops near the end of either text.
 void encode_runs(wchar_t const *&at, wchar_t const *end, char *&out, char const *out_end)
 {
-    constexpr std::ptrdiff_t block = 16;
+    constexpr std::ptrdiff_t block = 16; // of copy_ascii_block()
     while (end - at >= block && out_end - out >= block) {
-        if (is_ascii_block<block>(at)) {
-            copy_block<block>(at, out);
+        while (std::min(end - at, out_end - out) >= block && copy_ascii_block(at, out)) {
             at += block;
             out += block;
-            continue;
         }
+        if (end - at < block)
+            return;
         if (out_end - out < 4 * block)
             return;
         for (auto const *const stop = at + block; at < stop;) {

@@ -52,10 +52,7 @@ unsigned char const *decode_utf8_runs(
         sink.template put_block<8>(at, ascii);
         at += ascii;
         if (ascii == 8) {
-            while (end - at >= 16 && sink.has_room(16) && is_ascii_block<16>(at)) {
-                sink.template put_block<16>(at, 16);
-                at += 16;
-            }
+            at += sink.put_ascii_blocks(at, static_cast<std::size_t>(end - at));
             continue;
         }
         // A sequence has at most four bytes and gives at most two elements.
