@@ -68,3 +68,4 @@
 #include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
 #include "kortools/platform/terminal.h"
+#include "kortools/platform/user_interrupt.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/child_process.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -9,7 +10,6 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
-#include <cstdint>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -52,6 +52,16 @@ ChildProcess::ChildProcess(std::string const &name, std::vector<std::string> con
     m_process = started.hProcess;
 }
 
+void ChildProcess::interrupt()
+{
+    // What the console does, also for processes without one, as they are in most test runs: system
+    // libraries lie at the same address in every process.
+    auto const routine = reinterpret_cast<LPTHREAD_START_ROUTINE>(reinterpret_cast<void *>(
+        GetProcAddress(GetModuleHandleA("kernelbase.dll"), "CtrlRoutine")));
+    CloseHandle(CreateRemoteThread(m_process, nullptr, 0, routine,
+        reinterpret_cast<void *>(std::uintptr_t { CTRL_BREAK_EVENT }), 0, nullptr));
+}
+
 void ChildProcess::kill()
 {
     TerminateProcess(m_process, 1);
@@ -91,6 +101,11 @@ ChildProcess::ChildProcess(std::string const &name, std::vector<std::string> con
     m_process = reinterpret_cast<void *>(static_cast<std::intptr_t>(process));
 }
 
+void ChildProcess::interrupt()
+{
+    ::kill(to_pid(m_process), SIGINT);
+}
+
 void ChildProcess::kill()
 {
     ::kill(to_pid(m_process), SIGKILL);
@@ -101,7 +116,7 @@ int ChildProcess::wait()
 {
     int result = 1;
     waitpid(to_pid(std::exchange(m_process, nullptr)), &result, 0);
-    return result;
+    return WIFEXITED(result) ? WEXITSTATUS(result) : 128 + WTERMSIG(result);
 }
 
 #endif

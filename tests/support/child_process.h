@@ -31,8 +31,9 @@ public:
     ChildProcess &operator=(ChildProcess const &) = delete;
     ~ChildProcess(); // kills it
 
-    void kill(); // from one instruction to the next; it is gone when this returns
-    int wait();  // what the part returned
+    void interrupt(); // as Ctrl+C does (on Windows: Ctrl+Break)
+    void kill();      // from one instruction to the next; it is gone when this returns
+    int wait();       // what the part returned; 128 and more when a signal ended it
 
 private:
     void *m_process; // the system's handle or number
