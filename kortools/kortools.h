@@ -55,6 +55,8 @@
 #include "kortools/files/tmp_name.h"
 #include "kortools/files/wildcards.h"
 
+#include "kortools/app/log.h"
+#include "kortools/app/log_info.h"
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"
 #include "kortools/app/thread.h"

@@ -5,6 +5,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <csignal>
+#endif
 #include <utility>
 
 #ifdef _WIN32
@@ -136,6 +141,16 @@ int run_child(std::string const &name, std::vector<std::string> const &arguments
     if constexpr (std::filesystem::path::preferred_separator == '\\')
         command = '"' + command + '"';
     return std::system(command.c_str());
+}
+
+void kill_this_process()
+{
+#ifdef _WIN32
+    TerminateProcess(GetCurrentProcess(), 9);
+#else
+    std::raise(SIGKILL);
+#endif
+    std::abort();
 }
 
 bool is_child(int argc, char **argv, int &result)

@@ -39,6 +39,9 @@ private:
     void *m_process; // the system's handle or number
 };
 
+// Ends this process at once, as if another one had killed it: nothing is flushed or destroyed.
+[[noreturn]] void kill_this_process();
+
 // For main(): whether this process is such a child, and then the result of its part.
 bool is_child(int argc, char **argv, int &result);
 
