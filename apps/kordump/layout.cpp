@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "apps/kordump/layout.h"
 
+#include "apps/kordump/text_codec.h"
+
 #include <algorithm>
 #include <charconv>
 #include <iterator>
@@ -22,7 +24,8 @@ constexpr TypeName type_names[] = { { "bool", FieldType::Bool, 1 }, { "i8", Fiel
     { "u64", FieldType::U64, 8 }, { "f32", FieldType::F32, 4 }, { "f64", FieldType::F64, 8 },
     { "wchar", FieldType::WideChar, 2 }, { "count", FieldType::Count, 0 },
     { "string", FieldType::String, 0 }, { "object", FieldType::Object, 0 },
-    { "tree", FieldType::Tree, 0 }, { "custom_data", FieldType::CustomData, 0 } };
+    { "time", FieldType::Time, 8 }, { "custom_data", FieldType::CustomData, 0 },
+    { "node_data", FieldType::NodeData, 0 }, { "tree", FieldType::Tree, 0 } };
 
 TypeName const &find_type(FieldType type)
 {
@@ -69,6 +72,35 @@ std::string_view get_type_name(FieldType type)
     return find_type(type).name;
 }
 
+void Layout::Add(Field field)
+{
+    auto const is_taken = [this](std::string const &name_wanted) {
+        return std::ranges::any_of(
+            fields, [&](Field const &each) { return each.name == name_wanted; });
+    };
+    std::string const base = field.name;
+    for (int number = 2; is_taken(field.name); ++number)
+        field.name = base + "_" + std::to_string(number);
+    fields.push_back(std::move(field));
+}
+
+Layout &LayoutTable::ParseClass(std::vector<std::string> const &words)
+{
+    Layout layout { words[1], parse_schema(words[2]), {} };
+    if (words.size() > 3) {
+        auto base = m_layouts.end();
+        if (words.size() == 6)
+            base = m_layouts.find({ words[4], parse_schema(words[5]) });
+        else if (auto const next = m_layouts.upper_bound({ words[4], ~0U });
+                 next != m_layouts.begin() && std::prev(next)->first.first == words[4])
+            base = std::prev(next);
+        if (base == m_layouts.end())
+            throw std::runtime_error("unknown base class '" + words[4] + "'");
+        layout.fields = base->second.fields;
+    }
+    return m_layouts[{ layout.name, layout.schema }] = layout;
+}
+
 void LayoutTable::Parse(std::string_view text)
 {
     Layout *current = nullptr;
@@ -77,25 +109,18 @@ void LayoutTable::Parse(std::string_view text)
     for (std::string line; std::getline(stream, line);) {
         ++number;
         try {
+            if (!is_utf8(line))
+                throw std::runtime_error("not UTF-8");
             std::vector<std::string> const words = split_words(line);
             if (words.empty())
                 continue;
-            bool const has_base = words.size() == 5 && words[3] == ":";
-            if (words[0] == "class" && (words.size() == 3 || has_base)) {
-                Layout layout { words[1], parse_schema(words[2]), {} };
-                if (has_base) {
-                    auto const base = std::find_if(m_layouts.begin(), m_layouts.end(),
-                        [&](auto const &each) { return each.first.first == words[4]; });
-                    if (base == m_layouts.end())
-                        throw std::runtime_error("unknown base class '" + words[4] + "'");
-                    layout.fields = base->second.fields;
-                }
-                current = &(m_layouts[{ layout.name, layout.schema }] = layout);
-            } else if (current != nullptr && words.size() == 2) {
-                current->fields.push_back(make_field(words[0], words[1]));
-            } else {
+            bool const has_base = (words.size() == 5 || words.size() == 6) && words[3] == ":";
+            if (words[0] == "class" && (words.size() == 3 || has_base))
+                current = &ParseClass(words);
+            else if (current != nullptr && words.size() == 2)
+                current->Add(make_field(words[0], words[1]));
+            else
                 throw std::runtime_error("expected 'class NAME SCHEMA [: BASE]' or 'FIELD TYPE'");
-            }
         } catch (std::runtime_error const &error) {
             throw std::runtime_error("line " + std::to_string(number) + ": " + error.what());
         }
@@ -116,46 +141,10 @@ std::vector<Field> LayoutTable::ParseFields(std::string_view text)
     return fields;
 }
 
-std::string_view const scene_layouts = R"(
-class CSceneFolder 1
-    path                string
-class CSceneFormat 1
-    name                string
-    kind                string
-class CSceneAsset 1
-    name                string
-    size                u64
-    modified            i64
-    folder              object
-    format              object
-class CSceneBitmap 1 : CSceneAsset
-    width               u32
-    height              u32
-    bits_per_pixel      u16
-    top_down            bool
-class CSceneMesh 1 : CSceneAsset
-    vertices            u64
-    normals             u64
-    texture_coordinates u64
-    faces               u64
-    minimum_x           f64
-    maximum_x           f64
-    minimum_y           f64
-    maximum_y           f64
-    minimum_z           f64
-    maximum_z           f64
-    groups              string[]
-class CScene 1
-    folders             object[]
-    formats             object[]
-    assets              object[]
-class CSceneNode 2
-    version             u32
-    flags               u32
-    properties          custom_data
-class CScene 2
-    next_id             u64
-    tree                tree
-)";
+std::string print_field(Field const &field)
+{
+    std::string const type = std::string(get_type_name(field.type)) + (field.array ? "[]" : "");
+    return field.name.empty() ? type : field.name + " " + type;
+}
 
 } // namespace kordump

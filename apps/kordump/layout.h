@@ -5,12 +5,13 @@
 //   class CPoint 1          # name and schema number
 //       x      f64
 //       label  string
-//   class CPath 2 : CPoint  # its base writes first
+//   class CPath 2 : CPoint  # its base writes first; ": CPoint 1" names the base's schema, too
 //       parent object       # a reference to any object
 //       points object[]     # a count, then the elements
 //
-// Types: bool i8 u8 i16 u16 i32 u32 i64 u64 f32 f64 wchar count string object, each also with [],
-// and tree (of nodes whose classes have layouts) and custom_data.
+// Types: bool i8 u8 i16 u16 i32 u32 i64 u64 f32 f64 wchar time (an i64: seconds since 1970) count
+// string object custom_data tree, each also with []; and node_data, the block of custom data that
+// a tree's node has when the first value of its object, the node's version, is 2.
 #pragma once
 
 #include <map>
@@ -34,11 +35,13 @@ enum class FieldType {
     F32,
     F64,
     WideChar,
+    Time,
     Count,
     String,
     Object,
-    Tree,
-    CustomData
+    CustomData,
+    NodeData,
+    Tree
 };
 
 // Bytes of a plain value; 0 for the types whose size varies.
@@ -52,15 +55,17 @@ struct Field {
 };
 
 struct Layout {
-    std::string name;
+    std::string name; // UTF-8, as those of the fields, which are unique
     unsigned int schema = 0;
     std::vector<Field> fields; // those of the base first
+
+    void Add(Field field); // another field of this name gets another name
 };
 
 class LayoutTable {
 public:
     // Adds the layouts of a text. Throws std::runtime_error with the line number for a bad one.
-    // A class given again replaces the one before.
+    // A class given again replaces the one before. A base without a schema is the latest one.
     void Parse(std::string_view text);
 
     // Null when the class is not known with this schema.
@@ -70,10 +75,15 @@ public:
     static std::vector<Field> ParseFields(std::string_view text);
 
 private:
+    Layout &ParseClass(std::vector<std::string> const &words);
+
     std::map<std::pair<std::string, unsigned int>, Layout> m_layouts;
 };
 
-// The classes that scoutrix writes.
-extern std::string_view const scene_layouts;
+// "folders object[]", which ParseFields() and a layout's text take.
+std::string print_field(Field const &field);
+
+// The classes that the library and scoutrix write.
+extern std::string_view const known_layouts;
 
 } // namespace kordump

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// kordump: prints what is in an archive.
+// kordump: shows what is in a file of the library.
 #include "apps/common/console.h"
-#include "apps/kordump/printer.h"
+#include "apps/kordump/document.h"
+#include "apps/kordump/json_report.h"
 #include "kortools/archive/file.h"
 #include "kortools/platform/terminal.h"
 
@@ -12,14 +13,30 @@ namespace {
 
 using kor_apps::from_utf8;
 
-std::vector<unsigned char> read_file(std::string const &path)
+constexpr char const *description
+    = "Shows archives, custom data, preferences files and trees as text or as JSON. What cannot be\n"
+      "understood is shown as bytes.";
+constexpr char const *footer
+    = "Exit codes: 0 done, 1 the file cannot be read or, when it is shown as text, is damaged;\n"
+      "2 wrong usage.";
+
+struct Options {
+    std::string file;
+    std::string output;
+    std::string format;
+    std::vector<std::string> class_files;
+    std::string top;
+    bool json = false;
+};
+
+std::string read_file(std::string const &path)
 {
     CXFile file(true);
     CXFileException error;
     if (!file.Open(from_utf8(path), CXFile::modeRead | CXFile::shareDenyWrite, &error))
         kor_apps::fail(error.GetErrorMessage());
     unsigned long long const length = file.GetLength();
-    std::vector<unsigned char> bytes(static_cast<std::size_t>(length));
+    std::string bytes(static_cast<std::size_t>(length), '\0');
     constexpr std::size_t block = 1U << 20;
     std::size_t size = 0;
     kor_apps::ProgressLine progress(from_utf8(path));
@@ -35,40 +52,129 @@ std::vector<unsigned char> read_file(std::string const &path)
     return bytes;
 }
 
-// Prints the tree and what stopped it; the exit code.
-int dump(std::string const &path, kordump::LayoutTable const &layouts, std::string const &top)
-{
-    std::vector<unsigned char> const bytes = read_file(path);
-    kordump::Tree const tree
-        = kordump::read_archive(bytes, layouts, kordump::LayoutTable::ParseFields(top));
-    kordump::print_tree(tree, stdout);
-    std::span<unsigned char const> const rest
-        = std::span(bytes).subspan(static_cast<std::size_t>(tree.end));
-    constexpr std::size_t shown = 256; // bytes
-    if (!tree.unknown_class.empty())
-        std::printf("the class %s is not known; its objects cannot be told apart\n",
-            tree.unknown_class.c_str());
-    if (!rest.empty()) {
-        std::printf("%zu bytes from offset %llu on%s\n", rest.size(), tree.end,
-            rest.size() > shown ? ", the first of them:" : ":");
-        kordump::print_hex(rest.first(std::min(rest.size(), shown)), tree.end, stdout);
+// The file named, or standard output.
+class Target {
+public:
+    explicit Target(std::string const &path)
+        : m_named(!path.empty())
+    {
+        CXFileException error;
+        constexpr auto mode = CXFile::modeCreate | CXFile::modeWrite | CXFile::shareExclusive;
+        if (m_named && !m_file.Open(from_utf8(path), mode, &error))
+            kor_apps::fail(error.GetErrorMessage());
     }
-    if (tree.problem.empty())
+
+    void Write(std::string_view bytes)
+    {
+        constexpr std::size_t block = 1U << 20;
+        while (m_named && !bytes.empty()) {
+            std::string_view const part = bytes.substr(0, block);
+            m_file.Write(part.data(), static_cast<unsigned int>(part.size()));
+            bytes.remove_prefix(part.size());
+        }
+        Check(std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
+    }
+
+    void Close()
+    {
+        if (m_named)
+            m_file.Close();
+        Check(std::fflush(stdout) == 0);
+    }
+
+private:
+    static void Check(bool written)
+    {
+        if (!written)
+            throw std::runtime_error("the standard output cannot be written");
+    }
+
+    CXFile m_file { true };
+    bool const m_named;
+};
+
+kordump::LayoutTable read_layouts(Options const &options)
+{
+    kordump::LayoutTable layouts;
+    layouts.Parse(kordump::known_layouts);
+    for (std::string const &each : options.class_files)
+        layouts.Parse(read_file(each));
+    return layouts;
+}
+
+kordump::Plan make_plan(Options const &options, kordump::ByteSpan bytes)
+{
+    kordump::Plan plan;
+    plan.layouts = read_layouts(options);
+    plan.top = kordump::LayoutTable::ParseFields(options.top);
+    if (!options.format.empty())
+        plan.format = *kordump::find_format(options.format);
+    else if (!plan.top.empty())
+        plan.format = kordump::Format::Archive;
+    else
+        plan.format = kordump::detect_format(bytes);
+    return plan;
+}
+
+// Below the lines of a report: what stopped it, and the bytes behind. The exit code.
+int print_end(kordump::Reading const &reading, kordump::ByteSpan bytes, std::string const &path,
+    kordump::Output const &output)
+{
+    kordump::ByteSpan const rest = bytes.subspan(reading.end);
+    constexpr std::size_t shown = 256; // bytes
+    if (!reading.unknown_class.empty())
+        output("the class " + reading.unknown_class
+            + " is not known; its objects cannot be told apart\n");
+    if (!rest.empty()) {
+        output(std::to_string(rest.size()) + " bytes from offset " + std::to_string(reading.end)
+            + " on" + (rest.size() > shown ? ", the first of them:\n" : ":\n"));
+        kordump::print_hex(rest.first(std::min(rest.size(), shown)), reading.end, output);
+    }
+    if (reading.problem.empty())
         return 0;
-    kor_apps::print_error("kordump", from_utf8(path + ": " + tree.problem));
+    kor_apps::print_error("kordump", from_utf8(path + ": " + reading.problem));
     return 1;
+}
+
+int dump(Options const &options)
+{
+    std::string const content = read_file(options.file);
+    kordump::ByteSpan const bytes { reinterpret_cast<unsigned char const *>(content.data()),
+        content.size() };
+    kordump::Plan const plan = make_plan(options, bytes);
+    Target target(options.output);
+    kordump::Output const output = [&](std::string_view text) { target.Write(text); };
+    int code = 0;
+    if (options.json) {
+        kordump::JsonReport report(output);
+        report_file(bytes, plan, report);
+        report.Finish();
+    } else {
+        kordump::TextReport report(output);
+        code = print_end(report_file(bytes, plan, report), bytes, options.file, output);
+    }
+    target.Close();
+    return code;
+}
+
+void declare(CLI::App &app, Options &options)
+{
+    app.footer(footer);
+    app.add_option("FILE", options.file, "The file")->required();
+    app.add_flag("-j,--json", options.json, "Shows it as JSON");
+    app.add_option("-o,--output", options.output, "Where to write (else to standard output)");
+    app.add_option("--as", options.format, "What the file is (else it is recognised)")
+        ->check(CLI::IsMember({ "archive", "custom-data", "preferences", "tree", "raw" }));
+    app.add_option("-c,--classes", options.class_files, "Texts that describe further classes");
+    app.add_option("-t,--top", options.top,
+        "What lies in an archive outside objects, as \"u32 string object[]\" (else objects)");
 }
 
 int run(std::vector<std::string> const &arguments)
 {
-    CLI::App app("Prints an archive as a tree: offset, tag, class, number and value.", "kordump");
-    std::string file;
-    std::vector<std::string> class_files;
-    std::string top;
-    app.add_option("FILE", file, "The archive")->required();
-    app.add_option("-c,--classes", class_files, "Texts that describe further classes");
-    app.add_option("-t,--top", top,
-        "What lies in the archive outside objects, as \"u32 string object[]\" (else objects)");
+    CLI::App app(description, "kordump");
+    Options options;
+    declare(app, options);
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         reversed.pop_back(); // the program's name; the parser takes the rest from the back
@@ -76,13 +182,7 @@ int run(std::vector<std::string> const &arguments)
     } catch (CLI::ParseError const &error) {
         return app.exit(error) == 0 ? 0 : 2;
     }
-    kordump::LayoutTable layouts;
-    layouts.Parse(kordump::scene_layouts);
-    for (std::string const &each : class_files) {
-        std::vector<unsigned char> const text = read_file(each);
-        layouts.Parse({ reinterpret_cast<char const *>(text.data()), text.size() });
-    }
-    return dump(file, layouts, top);
+    return dump(options);
 }
 
 } // namespace

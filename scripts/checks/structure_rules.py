@@ -27,7 +27,7 @@ STANDARD_HEADERS = set("""
     string string_view syncstream system_error thread tuple type_traits typeindex typeinfo
     unordered_map unordered_set utility valarray variant vector version
     omp.h emmintrin.h""".split())  # the last two: OpenMP, and SSE2, which every x86-64 processor has
-APP_HEADERS = {"CLI/CLI.hpp", "zlib.h"}
+APP_HEADERS = {"CLI/CLI.hpp", "nlohmann/json.hpp", "nlohmann/json_fwd.hpp", "zlib.h"}
 SYSTEM_FOLDERS = ("kortools/platform/posix/", "kortools/platform/win32/", "kortools/ui/win32/",
                   "kortools/ui/qt/")
 SYSTEM_MACRO = re.compile(

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Imports, scenes and their dumps, on the sample files and on every cut of them.
-#include "apps/kordump/archive_reader.h"
+// Imports and scenes, on the sample files and on every cut of them.
 #include "apps/scene/scene_file.h"
 #include "apps/scoutrix/importer.h"
 #include "kortools/archive/file.h"
@@ -118,13 +117,6 @@ std::vector<unsigned char> read_golden(char const *name)
 {
     std::string const bytes = read_bytes(find_golden(name));
     return { bytes.begin(), bytes.end() };
-}
-
-kordump::LayoutTable scene_classes()
-{
-    kordump::LayoutTable layouts;
-    layouts.Parse(kordump::scene_layouts);
-    return layouts;
 }
 
 } // namespace
@@ -308,77 +300,4 @@ TEST(Scene, RefusesEveryCutAndEveryChangedByteOrLoadsWhole)
     }
     EXPECT_LT(accepted, static_cast<int>(bytes.size()));
     EXPECT_TRUE(load(bytes));
-}
-
-TEST(Dump, CoversAScene)
-{
-    CScene scene;
-    fill(scene);
-    std::vector<unsigned char> const bytes = store(scene);
-    kordump::Tree const tree = kordump::read_archive(bytes, scene_classes(), {});
-    EXPECT_EQ(tree.problem, "");
-    EXPECT_EQ(tree.end, bytes.size());
-    ASSERT_EQ(tree.nodes.size(), 1U);
-    kordump::Node const &root = tree.nodes[0];
-    EXPECT_EQ(root.class_name, "CScene");
-    ASSERT_EQ(root.children.size(), 2U);
-    kordump::Node const &folder = root.children[1].children.at(0);
-    EXPECT_EQ(folder.class_name, "CSceneNode");
-    kordump::Node const &png = folder.children.at(3);
-    EXPECT_EQ(png.children.at(2).value, "11") << "entries";
-    EXPECT_EQ(png.children.at(2).children.at(0).name, "KIND");
-    kordump::Tree const old
-        = kordump::read_archive(read_golden("scene_1.scene"), scene_classes(), {});
-    EXPECT_EQ(old.problem, "");
-    EXPECT_EQ(old.nodes.at(0).children.size(), 3U);
-}
-
-TEST(Dump, StopsBehindTheFirstUnknownClassAndAtDamage)
-{
-    CScene scene;
-    fill(scene);
-    std::vector<unsigned char> const bytes = store(scene);
-    kordump::Tree const unknown = kordump::read_archive(bytes, {}, {});
-    EXPECT_EQ(unknown.unknown_class, "CScene");
-    EXPECT_EQ(unknown.end, 2U + 4U + 6U) << "tag, schema and length, name";
-    for (std::size_t size = 1; size < bytes.size(); ++size) {
-        auto const cut = std::span(bytes).first(size);
-        kordump::Tree const tree = kordump::read_archive(cut, scene_classes(), {});
-        EXPECT_NE(tree.problem, "") << size;
-        EXPECT_LE(tree.end, size);
-    }
-    unsigned char const hostile[] = { 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0 };
-    EXPECT_NE(
-        kordump::read_archive(hostile, {}, kordump::LayoutTable::ParseFields("u8[]")).problem, "");
-}
-
-TEST(Dump, ReadsValuesOutsideObjects)
-{
-    CXMemFile file;
-    CXArchive archive(&file, CXArchive::store);
-    archive << 7 << -1.5 << CXTString<wchar_t>(L"a\"\x20AC") << CXTString<char>("b") << true;
-    archive.WriteCount(70000);
-    archive.Close();
-    std::span const bytes(file.GetBuffer(), file.GetLength());
-    auto const top = kordump::LayoutTable::ParseFields("i32 f64 string string bool count");
-    kordump::Tree const tree = kordump::read_archive(bytes, {}, top);
-    EXPECT_EQ(tree.problem, "");
-    std::string all;
-    for (kordump::Node const &node : tree.nodes)
-        all += node.value + '|';
-    EXPECT_EQ(all, "7|-1.5|\"a\\\"\xE2\x82\xAC\"|\"b\"|true|70000|");
-}
-
-TEST(Layouts, NameTheLineOfAMistake)
-{
-    kordump::LayoutTable layouts;
-    for (char const *text :
-        { "class A 1\n  x u33\n", "class A 1\nclass B 1 : C\n", "\n x u32\n" }) {
-        try {
-            layouts.Parse(text);
-            ADD_FAILURE() << text;
-        } catch (std::runtime_error const &error) {
-            EXPECT_EQ(std::string(error.what()).substr(0, 7), "line 2:") << error.what();
-        }
-    }
 }

@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: MIT
+#include "apps/kordump/kinds.h"
+
+#include "apps/kordump/number_codec.h"
+#include "apps/kordump/text_codec.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+namespace kordump {
+namespace {
+
+enum class Form { Plain, Bool, Pointer, Bytes, Array, Text, Texts, BrokenTime };
+
+struct Kind {
+    unsigned int code;
+    Form form;
+    FieldType type;    // of a plain one
+    unsigned int unit; // bytes of a character of a text
+};
+
+constexpr Kind kinds[] = {
+    { four(" INT"), Form::Plain, FieldType::I32, 0 },
+    { four("LONG"), Form::Plain, FieldType::I32, 0 },
+    { four("UINT"), Form::Plain, FieldType::U32, 0 },
+    { four("ULON"), Form::Plain, FieldType::U32, 0 },
+    { four("LLON"), Form::Plain, FieldType::I64, 0 },
+    { four("ULLO"), Form::Plain, FieldType::U64, 0 },
+    { four("CHAR"), Form::Plain, FieldType::I8, 0 },
+    { four("UCHR"), Form::Plain, FieldType::U8, 0 },
+    { four("FLOA"), Form::Plain, FieldType::F32, 0 },
+    { four("DOUB"), Form::Plain, FieldType::F64, 0 },
+    { four("TIMX"), Form::Plain, FieldType::Time, 0 },
+    { four("BOOL"), Form::Bool, FieldType::I32, 0 },
+    { four("PTR6"), Form::Pointer, FieldType::U64, 0 },
+    { four(" BIN"), Form::Bytes, FieldType::U8, 0 },
+    { four("ARRA"), Form::Array, FieldType::U8, 0 },
+    { four("UNIC"), Form::Text, FieldType::WideChar, 2 },
+    { four("ANSI"), Form::Text, FieldType::U8, 1 },
+    { four("UTF8"), Form::Text, FieldType::U8, 1 },
+    { four("USTR"), Form::Texts, FieldType::WideChar, 2 },
+    { four("ASTR"), Form::Texts, FieldType::U8, 1 },
+    { four("U8TR"), Form::Texts, FieldType::U8, 1 },
+    { four("TIME"), Form::BrokenTime, FieldType::I32, 0 },
+};
+
+// The fields of a time that is broken down, in their order; each is an i32.
+constexpr char const *time_fields[] = { "second", "minute", "hour", "day", "month_from_0",
+    "year_from_1900", "weekday", "day_of_year", "daylight_saving" };
+
+Kind const *find_kind(unsigned int code)
+{
+    auto const *const found = std::ranges::find(kinds, code, &Kind::code);
+    return found == std::end(kinds) ? nullptr : found;
+}
+
+std::string put_number(unsigned long long number, unsigned int size)
+{
+    std::string bytes;
+    for (unsigned int i = 0; i < size; ++i)
+        bytes += static_cast<char>(number >> (8 * i) & 0xFF);
+    return bytes;
+}
+
+// --- Texts
+
+// One text and its terminating zero; moves behind them.
+std::optional<std::string> next_text(ByteSpan &data, unsigned int unit)
+{
+    std::size_t length = 0;
+    while (length + unit <= data.size() && read_number(data.subspan(length, unit)) != 0)
+        length += unit;
+    if (length + unit > data.size())
+        return std::nullopt;
+    ByteSpan const text = data.first(length);
+    data = data.subspan(length + unit);
+    if (unit == 2)
+        return utf16_to_utf8(text);
+    return is_utf8(as_text(text)) ? std::optional(std::string(as_text(text))) : std::nullopt;
+}
+
+std::optional<std::string> decode_text(ByteSpan data, unsigned int unit)
+{
+    auto const text = next_text(data, unit);
+    return text && data.empty() ? std::optional(quote(*text)) : std::nullopt;
+}
+
+std::optional<std::string> decode_texts(ByteSpan data, unsigned int unit)
+{
+    std::string json = "[";
+    while (!data.empty()) {
+        auto const text = next_text(data, unit);
+        if (!text)
+            return std::nullopt;
+        json += (json.size() > 1 ? ", " : "") + quote(*text);
+    }
+    return json + ']';
+}
+
+std::string encode_text(Json const &value, unsigned int unit)
+{
+    if (!value.is_string())
+        throw std::runtime_error("expected a text");
+    auto const &text = value.get_ref<std::string const &>();
+    if (text.find('\0') != std::string::npos)
+        throw std::runtime_error("a text cannot have a zero in it");
+    return unit == 2 ? utf8_to_utf16(text + '\0') : text + '\0';
+}
+
+// --- Arrays
+
+FieldType integer_of(unsigned long long size)
+{
+    return size == 1 ? FieldType::I8
+        : size == 2  ? FieldType::I16
+        : size == 4  ? FieldType::I32
+                     : FieldType::I64;
+}
+
+bool is_integer_size(unsigned long long size)
+{
+    return size == 1 || size == 2 || size == 4 || size == 8;
+}
+
+// Elements that may be integers are shown as such; others as their bytes.
+std::optional<std::string> decode_array(ByteSpan data)
+{
+    if (data.size() <= 4)
+        return std::nullopt;
+    auto const count = static_cast<std::size_t>(read_number(data.first(4)));
+    data = data.subspan(4);
+    if (count == 0 || data.size() % count != 0)
+        return std::nullopt;
+    std::size_t const size = data.size() / count;
+    std::string json = "{\"element_size\": " + std::to_string(size) + ", \"elements\": [";
+    for (std::size_t i = 0; i < count; ++i) {
+        ByteSpan const element = data.subspan(i * size, size);
+        json += i > 0 ? ", " : "";
+        json += is_integer_size(size) ? print_plain(integer_of(size), read_number(element))
+                                      : '"' + to_hex(element) + '"';
+    }
+    return json + "]}";
+}
+
+std::string encode_array(Json const &value)
+{
+    auto const size = parse_number(value.at("element_size"), 0xFFFFFFFF);
+    Json const &elements = value.at("elements");
+    if (!elements.is_array() || elements.empty())
+        throw std::runtime_error("an array needs elements");
+    std::string bytes = put_number(elements.size(), 4);
+    for (Json const &element : elements) {
+        std::string const data = element.is_string()
+            ? from_hex(element.get_ref<std::string const &>())
+            : put_number(parse_plain(integer_of(size), element), static_cast<unsigned int>(size));
+        if (data.size() != size || (!element.is_string() && !is_integer_size(size)))
+            throw std::runtime_error("an element does not have " + std::to_string(size) + " bytes");
+        bytes += data;
+    }
+    return bytes;
+}
+
+// --- Others
+
+std::string decode_broken_time(ByteSpan data)
+{
+    std::string json;
+    for (char const *const field : time_fields) {
+        json += json.empty() ? "{" : ", ";
+        json += quote(field) + ": " + print_plain(FieldType::I32, read_number(data.first(4)));
+        data = data.subspan(4);
+    }
+    return json + '}';
+}
+
+std::string encode_broken_time(Json const &value)
+{
+    std::string bytes;
+    for (char const *const field : time_fields)
+        bytes += put_number(parse_plain(FieldType::I32, value.at(field)), 4);
+    return bytes;
+}
+
+std::string decode_pointer(unsigned long long address)
+{
+    char text[24];
+    std::snprintf(text, sizeof text, "\"0x%016llX\"", address);
+    return text;
+}
+
+std::string encode_pointer(Json const &value)
+{
+    if (!value.is_string())
+        return put_number(parse_number(value, ~0ULL), 8);
+    std::string bytes = from_hex(value.get_ref<std::string const &>().substr(2));
+    if (bytes.size() != 8 || !value.get_ref<std::string const &>().starts_with("0x"))
+        throw std::runtime_error("an address has 0x and 16 digits");
+    std::ranges::reverse(bytes);
+    return bytes;
+}
+
+unsigned int get_fixed_size(Kind const &kind)
+{
+    switch (kind.form) {
+    case Form::Plain:
+    case Form::Bool:
+    case Form::Pointer:
+        return get_plain_size(kind.type);
+    case Form::BrokenTime:
+        return 4 * std::size(time_fields);
+    default:
+        return 0;
+    }
+}
+
+bool is_printable_text(ByteSpan data)
+{
+    if (data.size() < 2 || data.back() != 0)
+        return false;
+    return std::ranges::all_of(
+        data.first(data.size() - 1), [](unsigned char byte) { return byte >= ' ' && byte <= '~'; });
+}
+
+} // namespace
+
+std::optional<std::string> decode_value(unsigned int code, ByteSpan data)
+{
+    Kind const *const kind = find_kind(code);
+    if (kind == nullptr || (get_fixed_size(*kind) != 0 && get_fixed_size(*kind) != data.size()))
+        return std::nullopt;
+    switch (kind->form) {
+    case Form::Plain:
+        return print_plain(kind->type, read_number(data));
+    case Form::Bool:
+        return read_number(data) > 1 ? print_plain(FieldType::I32, read_number(data))
+                                     : print_plain(FieldType::Bool, read_number(data));
+    case Form::Pointer:
+        return decode_pointer(read_number(data));
+    case Form::Bytes:
+        return '"' + to_hex(data) + '"';
+    case Form::Array:
+        return decode_array(data);
+    case Form::Text:
+        return decode_text(data, kind->unit);
+    case Form::Texts:
+        return decode_texts(data, kind->unit);
+    default:
+        return decode_broken_time(data);
+    }
+}
+
+std::string encode_value(unsigned int code, Json const &value)
+{
+    Kind const *const kind = find_kind(code);
+    if (kind == nullptr)
+        throw std::runtime_error("a value of an unknown kind can only be given as \"hex\"");
+    switch (kind->form) {
+    case Form::Plain:
+        return put_number(parse_plain(kind->type, value), get_plain_size(kind->type));
+    case Form::Bool:
+        return put_number(
+            parse_plain(value.is_boolean() ? FieldType::Bool : FieldType::I32, value), 4);
+    case Form::Pointer:
+        return encode_pointer(value);
+    case Form::Bytes:
+        return from_hex(value.get_ref<std::string const &>());
+    case Form::Array:
+        return encode_array(value);
+    case Form::Text:
+        return encode_text(value, kind->unit);
+    case Form::BrokenTime:
+        return encode_broken_time(value);
+    default:
+        break;
+    }
+    std::string texts;
+    for (Json const &each : value)
+        texts += encode_text(each, kind->unit);
+    return texts;
+}
+
+Guess guess_value(ByteSpan data)
+{
+    if (is_printable_text(data))
+        return { "ansi", *decode_text(data, 1) };
+    auto const wide = data.size() >= 6 ? decode_text(data, 2) : std::nullopt;
+    if (wide)
+        return { "utf16", *wide };
+    if (data.size() == 4)
+        return { "i32", print_plain(FieldType::I32, read_number(data)) };
+    return { "hex", '"' + to_hex(data) + '"' };
+}
+
+std::string encode_data(unsigned int kind, Json const &entry)
+{
+    if (entry.contains("value"))
+        return encode_value(kind, entry["value"]);
+    if (entry.contains("ansi"))
+        return encode_text(entry["ansi"], 1);
+    if (entry.contains("utf16"))
+        return encode_text(entry["utf16"], 2);
+    if (entry.contains("i32"))
+        return put_number(parse_plain(FieldType::I32, entry["i32"]), 4);
+    return from_hex(entry.at("hex").get_ref<std::string const &>());
+}
+
+} // namespace kordump

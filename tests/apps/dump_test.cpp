@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+// What kordump shows of files.
+#include "apps/kordump/custom_data_reader.h"
+#include "kortools/archive/mem_file.h"
+#include "kortools/data/custom_data.h"
+#include "tests/apps/dump_support.h"
+#include "tests/archive/archive_encoder.h"
+#include "tests/archive/archive_support.h"
+
+using namespace kor_test;
+using namespace std::string_literals;
+
+namespace {
+
+std::string to_text(std::string_view bytes, kordump::Plan const &plan)
+{
+    std::string text;
+    kordump::TextReport report([&](std::string_view line) { text += line; });
+    report_file(kordump::as_bytes(bytes), plan, report);
+    return text;
+}
+
+kordump::Reading read(std::string_view bytes, kordump::Plan const &plan)
+{
+    kordump::NoReport report;
+    return report_file(kordump::as_bytes(bytes), plan, report);
+}
+
+std::string read_scene(int version)
+{
+    return read_bytes(KOR_TEST_DATA "/scene_" + std::to_string(version) + ".scene");
+}
+
+kordump::Plan archive_plan(std::string_view top, std::string_view layouts = "")
+{
+    kordump::Plan plan;
+    plan.format = kordump::Format::Archive;
+    plan.layouts = parse_layouts(layouts);
+    plan.top = kordump::LayoutTable::ParseFields(top);
+    return plan;
+}
+
+std::string stream_of(CCustomData &data)
+{
+    return store_bytes([&](CXArchive &archive) { data.Serialize(archive); });
+}
+
+Json &find_bitmap(Json &scene)
+{
+    for (Json &asset : scene["items"][0]["fields"]["assets"]) {
+        if (asset["class"] == "CSceneBitmap")
+            return asset;
+    }
+    ADD_FAILURE() << "no bitmap";
+    return scene;
+}
+
+// Objects within objects, by their first fields or in arrays.
+std::string nest_objects(int depth, bool in_arrays)
+{
+    ArchiveEncoder bytes;
+    bytes.new_class("N", 1);
+    for (int i = 1; i < depth; ++i) {
+        if (in_arrays)
+            bytes.u16(1);
+        bytes.u16(0x8001);
+    }
+    return bytes.u16(0).bytes();
+}
+
+} // namespace
+
+TEST(Dump, CoversScenesOfEveryVersion)
+{
+    for (int const version : { 1, 2 }) {
+        std::string const bytes = read_scene(version);
+        kordump::Reading const reading = read(bytes, make_plan(bytes));
+        EXPECT_EQ(reading.problem + reading.unknown_class, "");
+        EXPECT_EQ(reading.end, bytes.size());
+    }
+    Json old = to_parsed_json(read_scene(1), make_plan(read_scene(1)));
+    Json const &fields = old["items"][0]["fields"];
+    Json const &bitmap = find_bitmap(old);
+    EXPECT_EQ(bitmap["fields"]["name"], "gradient.png");
+    EXPECT_EQ(bitmap["fields"]["width"], 48);
+    EXPECT_EQ(fields["folders"][0]["object"], 4);
+    EXPECT_EQ(fields["folders"][0]["class_index"], 3);
+    std::string const text = to_text(read_scene(1), make_plan(read_scene(1)));
+    EXPECT_NE(text.find("00000000  tag FFFF CScene #2 (new class #1, schema 1)\n"), text.npos);
+    EXPECT_NE(text.find("name: \"gradient.png\"  <string, utf-16>\n"), text.npos) << text;
+}
+
+TEST(Dump, StopsBehindTheFirstUnknownClassAndAtDamage)
+{
+    std::string const bytes = read_scene(2);
+    kordump::Plan plan = make_plan(bytes);
+    plan.layouts = {};
+    kordump::Reading const unknown = read(bytes, plan);
+    EXPECT_EQ(unknown.unknown_class, "CScene");
+    EXPECT_EQ(unknown.end, 2U + 4U + 6U) << "tag, schema and length, name";
+    for (std::size_t size = 1; size < bytes.size(); ++size) {
+        kordump::Reading const reading = read(bytes.substr(0, size), make_plan(bytes));
+        EXPECT_NE(reading.problem, "") << size;
+        EXPECT_LE(reading.end, size);
+    }
+    std::string const hostile("\xFF\xFF\xFF\xFF\xFF\xFF\0\0", 8);
+    EXPECT_NE(read(hostile, archive_plan("u8[]")).problem, "");
+}
+
+TEST(Dump, ReadsValuesOutsideObjects)
+{
+    CXMemFile file;
+    CXArchive archive(&file, CXArchive::store);
+    archive << 7 << -1.5 << CXTString<wchar_t>(L"a\"\x20AC") << CXTString<char>("b") << true;
+    archive.WriteCount(70000);
+    archive.Close();
+    std::string const bytes(file.GetBuffer(), file.GetBuffer() + file.GetLength());
+    auto const plan = archive_plan("i32 f64 string string bool count");
+    EXPECT_EQ(read(bytes, plan).problem, "");
+    EXPECT_EQ(to_parsed_json(bytes, plan)["items"],
+        Json::parse("[7, -1.5, \"a\\\"\u20AC\", {\"encoding\": \"ansi\", \"text\": \"b\"}, true, "
+                    "70000]"));
+}
+
+TEST(Dump, KeepsWhatHasSeveralForms)
+{
+    ArchiveEncoder bytes;
+    bytes.u16(0xFFFF).u32(3).u32(1).u32(2).u32(3); // a count of 6 bytes
+    bytes.u8(0xFF).u16(5).raw("hello").wide({ u"\xD800", 1 }).narrow("\xE4\xF6");
+    bytes.u32(0x7FA00001).f64(-0.0).u32(0x7F800000).u8(7).f32(0.1F).u64(1).u64(253402300800);
+    bytes.u16(0x7FFF).u32(0).new_class("P", 1).u16(0x7FFF).u32(0x80000001).u16(0x7FFF).u32(2);
+    auto const plan = archive_plan("i32[] string string string f32 f64 f32 bool f32 time time "
+                                   "object object object object",
+        "class P 1");
+    std::string const &file = bytes.bytes();
+    Json const json = to_parsed_json(file, plan);
+    EXPECT_FALSE(json.contains("rest"));
+    Json const expected = Json::parse(R"([{"count": 3, "size": 6, "elements": [1, 2, 3]},
+        {"encoding": "ansi", "text": "hello", "length_size": 3},
+        {"encoding": "utf-16", "hex": "00D8"}, {"encoding": "ansi", "hex": "E4F6"},
+        "0x7FA00001", -0.0, "inf", 7, 0.1, "1970-01-01T00:00:01Z", 253402300800,
+        {"ref": 0, "long": true}])");
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(json["items"][i], expected[i]) << i;
+    EXPECT_EQ(json["items"][13]["object"], 3) << "the class is 1, the first object 2";
+    EXPECT_EQ(json["items"][14]["ref"], 2);
+}
+
+TEST(Dump, RecognisesFormats)
+{
+    CCustomData data;
+    data.SetInt(1, 7);
+    std::string const stream = stream_of(data);
+    std::string const block = stream.substr(28); // behind the header
+    struct {
+        std::string bytes;
+        std::string_view format;
+    } const cases[] = { { "", "raw" }, { "hello, world", "raw" }, { stream, "custom-data" },
+        { block, "custom-data" }, { read_scene(1), "archive" },
+        { "\1\0\0\0NAME\1\0\0\0"s + stream, "preferences" }, { "\xFF\xFF\2\0\5\0CTree"s, "tree" },
+        { "CUS5", "raw" } };
+    for (auto const &each : cases)
+        EXPECT_EQ(
+            get_format_name(kordump::detect_format(kordump::as_bytes(each.bytes))), each.format)
+            << each.bytes;
+}
+
+TEST(Deep, TreesAsDeepAsMemory)
+{
+    constexpr unsigned depth = 300000;
+    ArchiveEncoder bytes;
+    bytes.new_class("CTree", 2).u32(4).u32(1);
+    bytes.u32(3).new_class("CTreeNode", 2).u32(3).u32(5);
+    for (unsigned i = 1; i < depth; ++i)
+        bytes.u32(1).u32(3).u16(0x8002).u32(3).u32(i % 7);
+    bytes.u32(2).raw(std::string(4 * (depth + 1), '\0'));
+    kordump::Plan const plan = make_plan(bytes.bytes());
+    EXPECT_EQ(read(bytes.bytes(), plan).problem, "");
+    EXPECT_NE(to_text(bytes.bytes(), plan), "");
+}
+
+TEST(Deep, ObjectsAsDeepAsTheLibraryTakesThem)
+{
+    auto const by_fields = archive_plan("", "class N 1\n next object");
+    auto const in_arrays = archive_plan("", "class N 1\n next object[]");
+    for (bool const arrays : { false, true }) {
+        auto const &plan = arrays ? in_arrays : by_fields;
+        EXPECT_EQ(read(nest_objects(2000, arrays), plan).problem, "");
+        EXPECT_NE(read(nest_objects(2001, arrays), plan).problem, "");
+    }
+}
+
+TEST(Deep, NestedContainersAreBytesInTheEnd)
+{
+    std::string block;
+    for (int i = 0; i < 500; ++i) {
+        ArchiveEncoder entry;
+        entry.u32(1).u32(static_cast<unsigned>(block.size())).u32(0x43444132).raw(block);
+        block = entry.bytes();
+    }
+    auto const plan = make_plan(block, "custom-data");
+    Json const json = to_parsed_json(block, plan);
+    Json const *container = &json["items"][0];
+    int depth = 0;
+    for (; container->contains("entries"); ++depth)
+        container = &(*container)["entries"][0].at(
+            (*container)["entries"][0].contains("value") ? "value" : "hex");
+    EXPECT_EQ(depth, kordump::maximum_container_depth + 1);
+}
+
+TEST(Layouts, NameTheLineOfAMistake)
+{
+    kordump::LayoutTable layouts;
+    for (char const *text : { "class A 1\n  x u33\n", "class A 1\nclass B 1 : C\n", "\n x u32\n",
+             "class A 1\nclass B 1 : A 2\n", "class A 1\n \xFF u8\n" }) {
+        try {
+            layouts.Parse(text);
+            ADD_FAILURE() << text;
+        } catch (std::runtime_error const &error) {
+            EXPECT_EQ(std::string(error.what()).substr(0, 7), "line 2:") << error.what();
+        }
+    }
+}
+
+TEST(Layouts, TakeTheBaseThatIsNamedAndKeepFieldsApart)
+{
+    auto const layouts = parse_layouts("class A 1\n x u8\nclass A 2\n x u8\n x u16\n"
+                                       "class B 1 : A\n x u32\nclass C 1 : A 1\n x u32\n");
+    std::string names;
+    for (char const *const name : { "B", "C" }) {
+        for (kordump::Field const &field : layouts.Find(name, 1)->fields)
+            names += print_field(field) + ", ";
+    }
+    EXPECT_EQ(names, "x u8, x_2 u16, x_3 u32, x u8, x_2 u32, ");
+}
