@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// kordump: shows what is in a file of the library.
+// kordump: shows what is in a file of the library, and writes such files from JSON.
 #include "apps/common/console.h"
 #include "apps/kordump/document.h"
 #include "apps/kordump/json_report.h"
+#include "apps/kordump/restore.h"
 #include "kortools/archive/file.h"
 #include "kortools/platform/terminal.h"
 
@@ -14,11 +15,12 @@ namespace {
 using kor_apps::from_utf8;
 
 constexpr char const *description
-    = "Shows archives, custom data, preferences files and trees as text or as JSON. What cannot be\n"
-      "understood is shown as bytes.";
+    = "Shows archives, custom data, preferences files and trees as text or as JSON, and writes\n"
+      "the same bytes back from that JSON. What cannot be understood is shown as bytes.";
 constexpr char const *footer
-    = "Exit codes: 0 done, 1 the file cannot be read or, when it is shown as text, is damaged;\n"
-      "2 wrong usage.";
+    = "kordump --json FILE | kordump --from-json -o COPY   makes an equal file.\n"
+      "Exit codes: 0 done, 1 a file cannot be read or written or, when it is shown as text, is\n"
+      "damaged; 2 wrong usage.";
 
 struct Options {
     std::string file;
@@ -27,6 +29,7 @@ struct Options {
     std::vector<std::string> class_files;
     std::string top;
     bool json = false;
+    bool from_json = false;
 };
 
 std::string read_file(std::string const &path)
@@ -49,6 +52,17 @@ std::string read_file(std::string const &path)
         progress.Update(size, length);
     }
     bytes.resize(size);
+    return bytes;
+}
+
+std::string read_standard_input()
+{
+    std::string bytes;
+    char block[1 << 16];
+    while (std::size_t const size = std::fread(block, 1, sizeof block, stdin))
+        bytes.append(block, size);
+    if (std::ferror(stdin))
+        throw std::runtime_error("the standard input cannot be read");
     return bytes;
 }
 
@@ -157,11 +171,24 @@ int dump(Options const &options)
     return code;
 }
 
+int restore(Options const &options)
+{
+    bool const piped = options.file.empty() || options.file == "-";
+    std::string const json = piped ? read_standard_input() : read_file(options.file);
+    std::string const bytes = kordump::restore_file(json, read_layouts(options));
+    Target target(options.output);
+    target.Write(bytes);
+    target.Close();
+    return 0;
+}
+
 void declare(CLI::App &app, Options &options)
 {
     app.footer(footer);
-    app.add_option("FILE", options.file, "The file")->required();
-    app.add_flag("-j,--json", options.json, "Shows it as JSON");
+    app.add_option("FILE", options.file, "The file; JSON with --from-json, then - is stdin");
+    auto *const json = app.add_flag("-j,--json", options.json, "Shows it as JSON");
+    app.add_flag("--from-json", options.from_json, "Writes the file that JSON describes")
+        ->excludes(json);
     app.add_option("-o,--output", options.output, "Where to write (else to standard output)");
     app.add_option("--as", options.format, "What the file is (else it is recognised)")
         ->check(CLI::IsMember({ "archive", "custom-data", "preferences", "tree", "raw" }));
@@ -179,10 +206,12 @@ int run(std::vector<std::string> const &arguments)
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         reversed.pop_back(); // the program's name; the parser takes the rest from the back
         app.parse(reversed);
+        if (options.file.empty() && !options.from_json)
+            throw CLI::RequiredError("FILE");
     } catch (CLI::ParseError const &error) {
         return app.exit(error) == 0 ? 0 : 2;
     }
-    return dump(options);
+    return options.from_json ? restore(options) : dump(options);
 }
 
 } // namespace

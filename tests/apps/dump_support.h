@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Files through kordump's parts: to text and to JSON.
+// Files through kordump's parts: to text, to JSON and back.
 #pragma once
 
 #include "apps/kordump/document.h"
 #include "apps/kordump/json_report.h"
+#include "apps/kordump/restore.h"
 #include "apps/kordump/text_codec.h"
 
 #include <filesystem>
@@ -52,6 +53,31 @@ inline std::string to_json(std::string_view bytes, kordump::Plan const &plan)
 inline Json to_parsed_json(std::string_view bytes, kordump::Plan const &plan)
 {
     return Json::parse(to_json(bytes, plan));
+}
+
+// Without the layouts that the JSON should bring itself.
+inline std::string restore(std::string_view json)
+{
+    return kordump::restore_file(json, {});
+}
+
+inline std::string from_json(Json const &json)
+{
+    return restore(json.dump());
+}
+
+// The bytes come back; what went wrong otherwise.
+inline testing::AssertionResult comes_back(std::string_view bytes, kordump::Plan const &plan)
+{
+    std::string json;
+    try {
+        json = to_json(bytes, plan);
+        if (restore(json) == bytes)
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure() << "other bytes from " << json.substr(0, 4000);
+    } catch (std::exception const &error) {
+        return testing::AssertionFailure() << error.what() << " in " << json.substr(0, 4000);
+    }
 }
 
 } // namespace kor_test

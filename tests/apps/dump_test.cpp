@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What kordump shows of files.
+// What kordump shows of files, and what becomes of its JSON when somebody edits it.
 #include "apps/kordump/custom_data_reader.h"
+#include "apps/scene/scene_file.h"
 #include "kortools/archive/mem_file.h"
 #include "kortools/data/custom_data.h"
 #include "tests/apps/dump_support.h"
 #include "tests/archive/archive_encoder.h"
 #include "tests/archive/archive_support.h"
+#include "tests/support/temp_folder.h"
 
 using namespace kor_test;
 using namespace std::string_literals;
@@ -45,6 +47,16 @@ std::string stream_of(CCustomData &data)
     return store_bytes([&](CXArchive &archive) { data.Serialize(archive); });
 }
 
+Json &find_entry(Json &entries, Json const &id)
+{
+    for (Json &entry : entries) {
+        if (entry["id"] == id)
+            return entry;
+    }
+    ADD_FAILURE() << "no entry " << id;
+    return entries;
+}
+
 Json &find_bitmap(Json &scene)
 {
     for (Json &asset : scene["items"][0]["fields"]["assets"]) {
@@ -53,6 +65,28 @@ Json &find_bitmap(Json &scene)
     }
     ADD_FAILURE() << "no bitmap";
     return scene;
+}
+
+// The path of an asset's folder.
+Json get_folder(Json const &scene, std::size_t asset)
+{
+    Json const &fields = scene["items"][0]["fields"];
+    for (Json const &folder : fields["folders"]) {
+        if (folder["object"] == fields["assets"][asset]["fields"]["folder"]["ref"])
+            return folder["fields"]["path"];
+    }
+    return nullptr;
+}
+
+// The message with which the JSON is refused.
+std::string get_mistake(Json const &json)
+{
+    try {
+        from_json(json);
+    } catch (std::exception const &error) {
+        return error.what();
+    }
+    return "(accepted)";
 }
 
 // Objects within objects, by their first fields or in arrays.
@@ -77,6 +111,7 @@ TEST(Dump, CoversScenesOfEveryVersion)
         kordump::Reading const reading = read(bytes, make_plan(bytes));
         EXPECT_EQ(reading.problem + reading.unknown_class, "");
         EXPECT_EQ(reading.end, bytes.size());
+        EXPECT_TRUE(comes_back(bytes, make_plan(bytes)));
     }
     Json old = to_parsed_json(read_scene(1), make_plan(read_scene(1)));
     Json const &fields = old["items"][0]["fields"];
@@ -133,6 +168,7 @@ TEST(Dump, KeepsWhatHasSeveralForms)
                                    "object object object object",
         "class P 1");
     std::string const &file = bytes.bytes();
+    ASSERT_TRUE(comes_back(file, plan));
     Json const json = to_parsed_json(file, plan);
     EXPECT_FALSE(json.contains("rest"));
     Json const expected = Json::parse(R"([{"count": 3, "size": 6, "elements": [1, 2, 3]},
@@ -165,6 +201,111 @@ TEST(Dump, RecognisesFormats)
             << each.bytes;
 }
 
+TEST(Edit, ValuesOfCustomDataReachTheLibrary)
+{
+    CCustomData data;
+    CCustomData inner;
+    inner.SetDouble(1, 0.5);
+    data.SetInt(1, 7);
+    data.SetString(0x4E414D45, L"short");
+    data.SetCustomData(3, inner);
+    int const numbers[] = { 1, 2, 3 };
+    data.SetArray(4, numbers, 3, sizeof *numbers);
+    Json json = to_parsed_json(stream_of(data), make_plan(stream_of(data)));
+    Json &entries = json["items"][0]["entries"];
+    find_entry(entries, 1)["value"] = -8;
+    find_entry(entries, "NAME")["value"] = "a longer text \u20AC";
+    find_entry(entries, 3)["value"]["entries"][0]["value"] = 0.1;
+    find_entry(entries, 4)["value"]["elements"] = { 4, 5 };
+    entries.push_back({ { "id", 9 }, { "kind", "USTR" }, { "value", { "x", "y" } } });
+    std::string const bytes = from_json(json);
+
+    ASSERT_TRUE(data.SerializeFromData(bytes.data(), bytes.size()));
+    int number = 0;
+    double real = 0;
+    CXTString<wchar_t> text;
+    CCustomData::StringArray texts;
+    unsigned count = 0;
+    EXPECT_TRUE(data.GetInt(1, number) && number == -8);
+    EXPECT_TRUE(data.GetString(0x4E414D45, text) && text == L"a longer text \x20AC");
+    EXPECT_TRUE(data.GetCustomData(3, inner) && inner.GetDouble(1, real) && real == 0.1);
+    EXPECT_EQ(static_cast<int const *>(data.GetArray(4, count, sizeof number))[1], 5);
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(data.GetStringArray(9, texts), 2);
+}
+
+TEST(Edit, ScenesTakeOtherTextsAndNodes)
+{
+    Json json = to_parsed_json(read_scene(2), make_plan(read_scene(2)));
+    Json &nodes = json["items"][0]["fields"]["tree"]["nodes"];
+    Json folder = nodes.at(1);
+    ASSERT_EQ(folder["depth"], 1);
+    Json &entries = folder["fields"]["properties"]["entries"];
+    find_entry(entries, "GUID")["value"] = 1000;
+    find_entry(entries, "NAME")["value"] = "another folder";
+    find_entry(entries, "PATH")["value"] = "C:\\another folder";
+    nodes.push_back(folder);
+    json["items"][0]["fields"]["next_id"] = 2000;
+
+    TempFolder const temporary;
+    std::ofstream(temporary.GetPath() / "scene", std::ios::binary) << from_json(json);
+    auto const scene = scoutrix::load_scene(temporary.GetFile(L"scene").c_str());
+    EXPECT_EQ(scene->Find(L"another folder").size(), 1U);
+    EXPECT_EQ(scene->Find(L"1000").size(), 1U);
+}
+
+TEST(Edit, ObjectsCanBePutInWithoutIndicesAndTakenOut)
+{
+    Json const before = to_parsed_json(read_scene(1), make_plan(read_scene(1)));
+    Json json = before;
+    Json &fields = json["items"][0]["fields"];
+    Json folder = fields["folders"][0];
+    folder.erase("object");
+    folder.erase("class_index");
+    folder["fields"]["path"] = "C:\\first";
+    fields["folders"].insert(fields["folders"].begin(), folder); // has the class record now
+    fields["assets"].erase(fields["assets"].begin());
+    std::string const bytes = from_json(json);
+    Json const again = to_parsed_json(bytes, make_plan(bytes));
+    Json const &after = again["items"][0]["fields"];
+    EXPECT_FALSE(again.contains("rest"));
+    EXPECT_EQ(after["folders"][0]["fields"]["path"], "C:\\first");
+    EXPECT_TRUE(get_folder(before, 1).is_string());
+    EXPECT_EQ(get_folder(again, 0), get_folder(before, 1));
+    EXPECT_EQ(after["assets"].size(), fields["assets"].size());
+}
+
+TEST(Edit, MistakesAreNamedWithTheirPlace)
+{
+    Json const good = to_parsed_json(read_scene(1), make_plan(read_scene(1)));
+    auto const change = [&](auto const &edit) {
+        Json json = good;
+        edit(json, find_bitmap(json));
+        return get_mistake(json);
+    };
+    EXPECT_EQ(change([](Json &, Json &asset) { asset["fields"]["width"] = -1; }),
+        "item 0: .assets[1].width: -1 is no integer from 0 to 4294967295");
+    EXPECT_EQ(change([](Json &, Json &asset) { asset["fields"]["folder"]["ref"] = 99; }),
+        "item 0: .assets[1].folder: there is no object 99 before");
+    EXPECT_EQ(change([](Json &, Json &asset) { asset["fields"].erase("height"); }),
+        "item 0: .assets[1]: CSceneBitmap lacks the field height");
+    EXPECT_EQ(change([](Json &json, Json &) { json.erase("classes"); }),
+        "item 0: the class CScene 1 is not known");
+    EXPECT_EQ(change([](Json &json, Json &) { json["format"] = "x"; }), "there is no format 'x'");
+    for (auto const &edit : std::initializer_list<void (*)(Json &, Json &)> {
+             [](Json &, Json &asset) { asset["fields"]["more"] = 1; },
+             [](Json &, Json &asset) { asset["object"] = 2; },
+             [](Json &, Json &asset) { asset["schema"] = 3; },
+             [](Json &, Json &asset) { asset = "x"; },
+             [](Json &json, Json &) { json.erase("kordump"); },
+             [](Json &json, Json &) {
+                 json["rest"] = { { "hex", "0" } };
+             } })
+        EXPECT_NE(change(edit), "(accepted)");
+    EXPECT_THROW(restore("{\"kordump\": 1,"), std::runtime_error);
+    EXPECT_THROW(restore(std::string(1 << 20, '[')), std::runtime_error);
+}
+
 TEST(Deep, TreesAsDeepAsMemory)
 {
     constexpr unsigned depth = 300000;
@@ -176,6 +317,8 @@ TEST(Deep, TreesAsDeepAsMemory)
     bytes.u32(2).raw(std::string(4 * (depth + 1), '\0'));
     kordump::Plan const plan = make_plan(bytes.bytes());
     EXPECT_EQ(read(bytes.bytes(), plan).problem, "");
+    EXPECT_TRUE(restore(to_json(bytes.bytes(), plan)) == bytes.bytes());
+    EXPECT_TRUE(comes_back(bytes.bytes().substr(0, bytes.bytes().size() - 5), plan)) << "cut";
     EXPECT_NE(to_text(bytes.bytes(), plan), "");
 }
 
@@ -187,6 +330,8 @@ TEST(Deep, ObjectsAsDeepAsTheLibraryTakesThem)
         auto const &plan = arrays ? in_arrays : by_fields;
         EXPECT_EQ(read(nest_objects(2000, arrays), plan).problem, "");
         EXPECT_NE(read(nest_objects(2001, arrays), plan).problem, "");
+        EXPECT_TRUE(comes_back(nest_objects(2000, arrays), plan));
+        EXPECT_TRUE(comes_back(nest_objects(50000, arrays), plan)) << "too deep";
     }
 }
 
@@ -199,6 +344,7 @@ TEST(Deep, NestedContainersAreBytesInTheEnd)
         block = entry.bytes();
     }
     auto const plan = make_plan(block, "custom-data");
+    EXPECT_TRUE(comes_back(block, plan));
     Json const json = to_parsed_json(block, plan);
     Json const *container = &json["items"][0];
     int depth = 0;
