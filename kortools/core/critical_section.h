@@ -10,12 +10,7 @@
 #pragma once
 
 #include "kortools/export.h"
-
-#include <atomic>
-
-namespace kortools::platform {
-class RecursiveLock;
-}
+#include "kortools/platform/recursive_lock.h"
 
 class KORTOOLS_API CXCriticalSection {
 public:
@@ -33,29 +28,49 @@ public:
 
     // Does any thread hold the section? The answer may be out of date when it arrives, unless the
     // calling thread is the holder.
-    bool IsLocked() const { return m_depth.load(std::memory_order_relaxed) > 0; }
+    bool IsLocked() const { return m_lock.depth() > 0; }
 
     void lock() { Lock(); }
     void unlock() { Unlock(); }
 
 private:
-    kortools::platform::RecursiveLock *m_lock;
-    std::atomic<int> m_depth { 0 }; // calls of Lock() without their Unlock(); changed by the holder
+    kortools::platform::RecursiveLock m_lock;
 };
 
 // Holds a section at most once, however often Lock() is called. Used by one thread.
 class KORTOOLS_API CXSingleLock {
 public:
-    explicit CXSingleLock(CXCriticalSection *section = nullptr, bool lockNow = false);
+    explicit CXSingleLock(CXCriticalSection *section = nullptr, bool lockNow = false)
+        : m_section(section)
+    {
+        if (lockNow)
+            Lock();
+    }
     CXSingleLock(CXSingleLock const &) = delete;
     CXSingleLock &operator=(CXSingleLock const &) = delete;
-    ~CXSingleLock(); // unlocks
+    ~CXSingleLock() { Unlock(); }
 
     // Unlocks the present section and turns to another one, which is not locked yet.
-    void Attach(CXCriticalSection *section);
+    void Attach(CXCriticalSection *section)
+    {
+        Unlock();
+        m_section = section;
+    }
 
-    void Lock();   // nothing when the section is held already, or when there is none
-    void Unlock(); // nothing when the section is not held
+    void Lock() // nothing when the section is held already, or when there is none
+    {
+        if (!m_section || m_locked)
+            return;
+        m_section->Lock();
+        m_locked = true;
+    }
+    void Unlock() // nothing when the section is not held
+    {
+        if (!m_locked)
+            return;
+        m_section->Unlock();
+        m_locked = false;
+    }
     bool IsLocked() const { return m_locked; } // by this object
 
 private:

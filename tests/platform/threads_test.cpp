@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/threads.h"
 
+#include "kortools/platform/recursive_lock.h"
+
 #include <gtest/gtest.h>
 #include <mutex>
 #include <set>
