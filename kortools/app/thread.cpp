@@ -79,7 +79,8 @@ CXThread *CXThread::BeginThread(CXRuntimeClass const *threadClass, xThreadPriori
 CXThread *CXThread::BeginThread(
     CXThread *thread, xThreadPriority priority, unsigned int creationFlags, unsigned int stackSize)
 {
-    if (thread && thread->m_native && !thread->m_native->is_finished())
+    if (thread && thread->m_native && !(thread->IsTerminated() && thread->WaitForEnd())
+        && !thread->m_native->is_finished())
         return nullptr;
     bool started = false;
     try {

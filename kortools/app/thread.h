@@ -3,19 +3,20 @@
 // derived class. docs/threads.md has the life cycle and what to know about suspending.
 //
 // By default a started object deletes itself when its thread ends, so the pointer that
-// BeginThread() returns may be used for as long only as the thread is known to run. With
-// keepAutoDelete the object stays, and its owner deletes it after WaitForEnd().
+// BeginThread() returns may be used for as long only as the thread is known to run. An object that
+// was told to stay, and is begun with keepAutoDelete, is deleted by its owner after WaitForEnd().
 //
 // Each object has a lock of its own for its flags; all functions but the destructor may be called
 // by any thread. A thread is a child of the thread that began it: see thread_registry.h for the
 // marks that it inherits.
 //
 //   class CImport : public CXThread {
-//       KOR_DECLARE_CLASS(CImport)
+//   public:
+//       using CXThread::CXThread;
 //       bool Run() override; // comes back early when ShouldCancel()
 //   };
 //   CXThread *import = CXThread::BeginThread(
-//       new CImport, xThreadPriorityBelowNormal, CXThread::keepAutoDelete);
+//       new CImport(true), xThreadPriorityBelowNormal, CXThread::keepAutoDelete);
 //   ...
 //   import->SetCancel();
 //   import->WaitForEnd();
@@ -147,6 +148,7 @@ public:
 
 private:
     friend class CCustomThread;
+    friend class CWinCustomThread;
 
     bool Launch(xThreadPriority priority, unsigned int creationFlags, unsigned int stackSize);
     void Prepare();

@@ -18,7 +18,7 @@ enum class ThreadPriority {
 
 struct ThreadStart {
     // Called once, with the thread's identifier, before run() and before NativeThread::start()
-    // returns, by the new thread or by the one that starts it. The NativeThread is whole by then.
+    // returns, by the new thread or by the one that starts it. Nothing may escape it.
     void (*announce)(void *argument, unsigned long long id);
 
     // What the thread does. Nothing may escape it.

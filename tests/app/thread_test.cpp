@@ -3,10 +3,10 @@
 
 #include "kortools/app/thread_registry.h"
 #include "kortools/archive/exception.h"
+#include "tests/app/kept_thread.h"
 
 #include <algorithm>
 #include <atomic>
-#include <functional>
 #include <gtest/gtest.h>
 #include <semaphore>
 #include <string>
@@ -17,27 +17,7 @@ namespace {
 
 constexpr unsigned int kept = CXThread::keepAutoDelete;
 
-using Work = std::function<bool()>;
-
-bool call_work(void *work)
-{
-    return (*static_cast<Work *>(work))();
-}
-
-// A thread that is deleted by the test, after it has ended.
-struct KeptThread {
-    Work m_work;
-    std::unique_ptr<CXThread> m_thread;
-
-    explicit KeptThread(Work work, unsigned flags = 0,
-        xThreadPriority priority = xThreadPriorityNormal, unsigned stack = 0)
-        : m_work(std::move(work))
-        , m_thread(CXThread::BeginThread(call_work, &m_work, priority, flags | kept, stack))
-    {
-    }
-    ~KeptThread() { m_thread->WaitForEnd(); }
-    CXThread *operator->() const { return m_thread.get(); }
-};
+using KeptThread = Kept<CXThread>;
 
 std::string s_trace; // of one Phases thread at a time
 std::atomic<int> s_alive { 0 };

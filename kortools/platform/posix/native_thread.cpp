@@ -67,6 +67,19 @@ struct EndReporter {
 };
 thread_local EndReporter s_end_reporter;
 
+// The new thread tells its identifier itself: whoever starts it would have to hold it back until
+// that is done, which takes longer.
+void announce(State &state)
+{
+    ThreadStart const &start = state.start;
+    state.id = get_current_thread_id();
+    bool const changed = posix::change_urgency(state.id, state.inherited, start.priority);
+    state.priority = changed ? start.priority : state.inherited;
+    start.announce(start.argument, state.id);
+    state.announced.store(1);
+    state.announced.notify_all();
+}
+
 void *run_thread(void *argument)
 {
     auto &state = *static_cast<State *>(argument);
@@ -74,13 +87,7 @@ void *run_thread(void *argument)
     s_state = &state;
     posix::StopGate::attach_current(&state.gate);
     posix::unblock_stop_signal();
-    state.id = get_current_thread_id();
-    state.priority = posix::change_urgency(state.id, state.inherited, state.start.priority)
-        ? state.start.priority
-        : state.inherited;
-    state.start.announce(state.start.argument, state.id);
-    state.announced.store(1);
-    state.announced.notify_all();
+    announce(state);
     state.gate.wait_while_closed();
     return state.start.run(state.start.argument) ? argument : nullptr;
 }
@@ -288,10 +295,11 @@ void sleep_current_thread(unsigned int milliseconds)
         return;
     }
     timespec left { milliseconds / 1000, milliseconds % 1000 * 1'000'000L };
-    while (clock_nanosleep(CLOCK_MONOTONIC, 0, &left, &left) == EINTR) { }
+    while (nanosleep(&left, &left) != 0 && errno == EINTR) { }
 }
 
-bool call_guarded(bool (*function)(void *), void *argument)
+// The exception that ends a thread has no object for the reference to mean.
+[[gnu::no_sanitize("null")]] bool call_guarded(bool (*function)(void *), void *argument)
 {
     try {
         return function(argument);
