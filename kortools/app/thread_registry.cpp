@@ -8,6 +8,7 @@
 #include "kortools/core/throw.h"
 #include "kortools/platform/threads.h"
 
+#include <algorithm>
 #include <atomic>
 #include <optional>
 
@@ -17,51 +18,80 @@ using ThreadID = unsigned long long;
 using ParentMap = CHashMap<ThreadID, ThreadID, ThreadID>;
 using ThreadSet = CHashTable<ThreadID>;
 
+enum Mark { cancel_mark, silent_mark };
+
 constexpr unsigned table_size = 23; // slots, at first
 
 constinit std::atomic<ThreadID> s_main_thread = 0; // 0: not recorded yet
 
-// A set of threads that mostly is empty, and is asked about often.
+// A set of threads that mostly is empty or has a few elements, and is asked about often.
 class MarkSet {
 public:
     bool is_empty() const { return m_count.load(std::memory_order_acquire) == 0; }
-    bool contains(ThreadID thread) const { return m_threads && m_threads->IsFound(thread); }
 
-    void change(ThreadID thread, bool marked)
+    bool contains(ThreadID thread) const
+    {
+        unsigned const count = m_count.load(std::memory_order_relaxed);
+        if (count > few)
+            return m_threads->IsFound(thread);
+        return std::find(m_first, m_first + count, thread) != m_first + count;
+    }
+
+    // False without memory.
+    bool change(ThreadID thread, bool marked)
     {
         if (!m_threads && !marked)
-            return;
+            return true;
         if (!m_threads)
             m_threads.emplace(table_size);
-        if (!marked)
-            m_threads->Remove(thread);
-        else if (m_threads->Insert(thread) == 0 && !m_threads->IsFound(thread))
-            kortools::core::throw_out_of_memory();
-        m_count.store(m_threads->GetCount(), std::memory_order_release);
+        if (!marked && !m_threads->Remove(thread))
+            return true;
+        if (marked && m_threads->Insert(thread) == 0)
+            return m_threads->IsFound(thread);
+        unsigned const count = m_threads->GetCount();
+        ThreadID *next = m_first;
+        if (count <= few) {
+            for (ThreadID const each : *m_threads)
+                *next++ = each;
+        }
+        m_count.store(count, std::memory_order_release);
+        return true;
     }
 
 private:
+    static constexpr unsigned few = 4;
+
     std::optional<ThreadSet> m_threads;
+    ThreadID m_first[few] {};            // all of them again, when they are few
     std::atomic<unsigned> m_count { 0 }; // may be read without the lock
 };
 
 struct ThreadRegistry {
     CXCriticalSection m_lock;
     std::optional<ParentMap> m_parents;
-    MarkSet m_cancelled;
-    MarkSet m_silent;
+    MarkSet m_marks[2]; // by Mark
+    std::atomic<unsigned long long> m_changes {
+        1
+    }; // of everything above; may be read without the lock
 
-    void attach(ThreadID child, ThreadID parent)
+    // False without memory.
+    bool attach(ThreadID child, ThreadID parent)
     {
+        ++m_changes;
         if (!m_parents)
             m_parents.emplace(table_size);
-        if (m_parents->Insert(child, parent) == 0 && !m_parents->IsFound(child))
-            kortools::core::throw_out_of_memory();
+        return m_parents->Insert(child, parent) != 0 || m_parents->IsFound(child);
     }
     void detach(ThreadID child)
     {
+        ++m_changes;
         if (m_parents)
             m_parents->Remove(child);
+    }
+    bool mark(Mark mark, ThreadID thread, bool marked)
+    {
+        ++m_changes;
+        return m_marks[mark].change(thread, marked);
     }
     bool inherits(MarkSet const &marks, ThreadID thread) const;
 };
@@ -101,20 +131,37 @@ bool ThreadRegistry::inherits(MarkSet const &marks, ThreadID thread) const
     return false;
 }
 
-void set_mark(MarkSet ThreadRegistry::*marks, ThreadID thread, bool marked)
+void set_mark(Mark mark, ThreadID thread, bool marked)
 {
     ThreadRegistry &registry = get_registry();
     CXSingleLock const lock(&registry.m_lock, true);
-    (registry.*marks).change(resolve(thread), marked);
+    if (!registry.mark(mark, resolve(thread), marked))
+        kortools::core::throw_out_of_memory();
 }
 
-bool has_mark(MarkSet ThreadRegistry::*marks, ThreadID thread)
+// The last answer that the calling thread got, good until anything changes: loops ask for the same
+// thread again and again.
+struct Answer {
+    unsigned long long changes = 0;
+    ThreadID thread = 0;
+    bool marked = false;
+};
+constinit thread_local Answer s_answers[2] = {}; // by Mark
+
+bool has_mark(Mark mark, ThreadID thread)
 {
     ThreadRegistry &registry = get_registry();
-    if ((registry.*marks).is_empty())
+    if (registry.m_marks[mark].is_empty())
         return false;
+    thread = resolve(thread);
+    Answer &answer = s_answers[mark];
+    if (answer.thread == thread
+        && answer.changes == registry.m_changes.load(std::memory_order_acquire))
+        return answer.marked;
     CXSingleLock const lock(&registry.m_lock, true);
-    return registry.inherits(registry.*marks, resolve(thread));
+    bool const marked = registry.inherits(registry.m_marks[mark], thread);
+    answer = { registry.m_changes.load(std::memory_order_relaxed), thread, marked };
+    return marked;
 }
 
 [[maybe_unused]] ThreadID const s_loading_thread = GetApplicationMainThreadID();
@@ -129,7 +176,8 @@ void AttachThread(unsigned long long child, unsigned long long parent)
         return;
     ThreadRegistry &registry = get_registry();
     CXSingleLock const lock(&registry.m_lock, true);
-    registry.attach(child, parent);
+    if (!registry.attach(child, parent))
+        kortools::core::throw_out_of_memory();
 }
 
 void DetachThread(unsigned long long child)
@@ -157,22 +205,22 @@ int GetChildThreads(unsigned long long parent, CXArray<unsigned long long> &thre
 
 void SetCancelThread(bool cancel, unsigned long long thread)
 {
-    set_mark(&ThreadRegistry::m_cancelled, thread, cancel);
+    set_mark(cancel_mark, thread, cancel);
 }
 
 void SetSilentThread(bool silent, unsigned long long thread)
 {
-    set_mark(&ThreadRegistry::m_silent, thread, silent);
+    set_mark(silent_mark, thread, silent);
 }
 
 bool ShouldCancelThread(unsigned long long thread)
 {
-    return has_mark(&ThreadRegistry::m_cancelled, thread);
+    return has_mark(cancel_mark, thread);
 }
 
 bool IsSilentThread(unsigned long long thread)
 {
-    return has_mark(&ThreadRegistry::m_silent, thread);
+    return has_mark(silent_mark, thread);
 }
 
 // Asked before the library's static objects are initialised, it answers with the thread that
@@ -194,20 +242,18 @@ void record_started_thread(unsigned long long thread, unsigned long long parent)
 {
     ThreadRegistry &registry = get_registry();
     CXSingleLock const lock(&registry.m_lock, true);
-    registry.m_cancelled.change(thread, false);
-    registry.m_silent.change(thread, false);
-    registry.detach(thread);
-    if (!registry.m_parents)
-        registry.m_parents.emplace(table_size);
-    registry.m_parents->Insert(thread, parent);
+    registry.mark(cancel_mark, thread, false);
+    registry.mark(silent_mark, thread, false);
+    if (!registry.attach(thread, parent))
+        registry.detach(thread);
 }
 
 void forget_thread(unsigned long long thread) noexcept
 {
     ThreadRegistry &registry = get_registry();
     CXSingleLock const lock(&registry.m_lock, true);
-    registry.m_silent.change(thread, false);
-    registry.m_cancelled.change(thread, false);
+    registry.mark(silent_mark, thread, false);
+    registry.mark(cancel_mark, thread, false);
     registry.detach(thread);
 }
 
