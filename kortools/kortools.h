@@ -57,6 +57,7 @@
 
 #include "kortools/app/log.h"
 #include "kortools/app/log_info.h"
+#include "kortools/app/custom_thread.h"
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"
 #include "kortools/app/thread.h"
