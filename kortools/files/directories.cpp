@@ -59,8 +59,9 @@ bool create_levels(std::wstring const &path, std::atomic<bool> const &is_late)
         if (is_new)
             created.push_back(std::move(level));
         if ((!is_new && code != error_already_exists) || is_late) {
-            for (std::wstring const &directory : std::views::reverse(created))
-                remove_directory(directory.c_str());
+            // Not std::views::reverse: older clang, which builds the fuzz targets, cannot.
+            for (auto directory = created.rbegin(); directory != created.rend(); ++directory)
+                remove_directory(directory->c_str());
             set_last_os_error(code);
             return false;
         }
