@@ -101,7 +101,7 @@ inline std::size_t copy_single_units(wchar_t const *text, std::size_t length, un
     if (i != 0 && i != length)
         return store(length - 8, load(length - 8), load(length - 4)) ? length : i;
 #endif
-    for (; i != length && static_cast<char32_t>(text[i]) <= 0xFFFF; ++i) {
+    for (; i != length && static_cast<char32_t>(text[i]) >> 16 == 0; ++i) {
         auto const unit = static_cast<char16_t>(text[i]);
         std::memcpy(target + 2 * i, &unit, 2);
     }
