@@ -23,11 +23,24 @@ void cut(String &path, std::size_t length)
         characters.SetLength(static_cast<long long>(length));
 }
 
-// Removes the separators at the end that are not part of a root.
-void cut_separators(String &path)
+// The path without the separators at its end that are not part of a root.
+std::wstring_view trim(std::wstring_view path)
 {
-    while (fileIsSlashTerminated(path) && !platform::is_root_path(view_of(path)))
-        fileRemoveSlashTermination(path);
+    while (path.ends_with(L'\\') && !platform::is_root_path(path))
+        path.remove_suffix(1);
+    return path;
+}
+
+// False when there is no parent.
+bool cut_to_parent(String &path)
+{
+    std::wstring_view const directory = trim(view_of(path));
+    if (platform::is_root_path(directory))
+        return false;
+    platform::PathCut const parent = platform::remove_file_spec(directory);
+    if (parent.is_done)
+        cut(path, trim(directory.substr(0, parent.length)).size());
+    return parent.is_done;
 }
 
 std::wstring_view get_url_extension(std::wstring_view url)
@@ -101,16 +114,11 @@ CXTString<wchar_t> fileGetTopDirectory(CXTString<wchar_t> const &name, bool slas
 
 bool fileGetParentDirectory(CXTString<wchar_t> &path)
 {
+    if (path.Find(L'/') < 0)
+        return cut_to_parent(path);
     String parent = converted(path);
-    cut_separators(parent);
-    std::wstring_view const view = view_of(parent);
-    if (platform::is_root_path(view))
+    if (!cut_to_parent(parent))
         return false;
-    platform::PathCut const directory = platform::remove_file_spec(view);
-    if (!directory.is_done)
-        return false;
-    cut(parent, directory.length);
-    cut_separators(parent);
     path = std::move(parent);
     return true;
 }

@@ -5,7 +5,10 @@
 #include "kortools/files/path_text.h"
 #include "kortools/platform/shell_paths.h"
 
+#include <algorithm>
+
 using namespace kortools::files;
+using namespace std::string_view_literals;
 
 namespace platform = kortools::platform;
 
@@ -25,6 +28,38 @@ bool is_directory_text(String const &path)
 {
     return fileIsSlashTerminated(path) || platform::is_network_path(view_of(path))
         || fileIsDirectory(path);
+}
+
+bool needs_separator(std::wstring_view base)
+{
+    return !base.empty() && base.back() != L'\\' && base.back() != L'/';
+}
+
+// Both joined, as far as there is room, with '\' for '/'.
+std::wstring_view join(std::wstring_view base, std::wstring_view path, platform::PathText &joined)
+{
+    joined.length = 0;
+    for (std::wstring_view const part : { base, needs_separator(base) ? L"\\"sv : L""sv, path }) {
+        std::replace_copy(part.begin(), part.end(), joined.text + joined.length, L'/', L'\\');
+        joined.length += part.size();
+    }
+    return joined.view();
+}
+
+// A relative path from a directory on.
+String resolve(std::wstring_view base, std::wstring_view path)
+{
+    platform::PathText joined;
+    platform::PathText resolved;
+    bool const has_room = base.size() + 1 + path.size() <= platform::max_path_units;
+    if (has_room && platform::canonicalize_path(join(base, path, joined), resolved))
+        return to_string(resolved.view());
+    String text = to_string(base);
+    if (needs_separator(base))
+        text += L'\\';
+    text += path;
+    fileConvertSlash(text);
+    return text;
 }
 
 } // namespace
@@ -52,19 +87,14 @@ CXTString<wchar_t> fileMakeAbsolutePath(
 {
     if (base.IsEmpty() && path.IsEmpty())
         return {};
-    String result = converted(path);
-    if (platform::is_relative_path(view_of(result))) {
-        String joined = converted(base);
-        if (!joined.IsEmpty())
-            fileSlashTerminate(joined);
-        joined += result;
-        result.Swap(joined);
-        fileMakePathShortest(result);
-    } else if (!slashTerminateDirectory) {
-        return path;
+    std::wstring_view const target = view_of(path);
+    bool const is_relative = !target.starts_with(L'/') && platform::is_relative_path(target);
+    String result = is_relative ? resolve(view_of(base), target) : path;
+    if (slashTerminateDirectory) {
+        fileConvertSlash(result);
+        if (is_directory_text(result))
+            fileSlashTerminate(result);
     }
-    if (slashTerminateDirectory && is_directory_text(result))
-        fileSlashTerminate(result);
     return result;
 }
 

@@ -5,8 +5,8 @@
 // each part, behind the part before it, leaves the most for those that follow; only the last part
 // must end where the name ends. So one search for each part decides.
 //
-// A part is sought by comparing it at each place where its first letter stands. When that has taken
-// long, as "aaab" does in "aaaa...", the rest is searched by
+// A part is sought by comparing it at each place where its last letter stands. When that has taken
+// long, as "aaba" does in "aaaa...", the rest is searched by
 //
 // - Knuth, Morris and Pratt's algorithm, when the part has no '?';
 // - else 64 characters of it at a time, with a bit for each beginning of them that ends at the
@@ -38,7 +38,7 @@ public:
     {
         if (m_part.size() > m_text.size())
             return none;
-        std::size_t const letter = m_part.find_first_not_of(Char('?'));
+        std::size_t const letter = m_part.find_last_not_of(Char('?'));
         return letter == none ? 0 : find_by_letter(letter);
     }
 
@@ -57,7 +57,7 @@ private:
 
     std::size_t last_place() const { return m_text.size() - m_part.size(); }
 
-    // `letter` is the position of the part's first one.
+    // `letter` is the position of the part's last one.
     std::size_t find_by_letter(std::size_t letter) const
     {
         std::size_t budget = 4 * m_text.size() + 64; // comparisons

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/wildcards.h"
 
-#include "kortools/files/path_text.h"
 #include "kortools/files/wildcard_matcher.h"
 #include "kortools/platform/wide_text.h"
 
@@ -113,7 +112,7 @@ bool match_text(std::wstring_view name, std::wstring_view pattern, bool case_sen
 bool fileMatchWilcards(
     CXTString<wchar_t> const &name, CXTString<wchar_t> const &pattern, bool caseSensitive)
 {
-    return match_text(view_of(name), view_of(pattern), caseSensitive);
+    return match_text(name.GetView(), pattern.GetView(), caseSensitive);
 }
 
 bool fileMatchWilcards(
@@ -124,7 +123,7 @@ bool fileMatchWilcards(
     CXTString<wchar_t> lowered = name;
     lowered.MakeLower();
     for (CXTString<wchar_t> const &pattern : patterns) {
-        if (match_text(view_of(lowered), view_of(pattern), false))
+        if (match_text(lowered.GetView(), pattern.GetView(), false))
             return true;
     }
     return false;

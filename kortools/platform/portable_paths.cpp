@@ -30,8 +30,10 @@ bool starts_with_drive(View path)
 
 bool is_too_long(View path)
 {
-    return path.size() >= max_path_units
-        || count_utf16_units(path.data(), path.size()) >= max_path_units;
+    if (path.size() >= max_path_units)
+        return true;
+    return path.size() >= max_path_units / 2
+        && count_utf16_units(path.data(), path.size()) >= max_path_units;
 }
 
 // The length of "\\?\" and of "\\?\UNC\" at the front of a path.
@@ -199,12 +201,16 @@ public:
     {
     }
 
-    void push(View component)
+    // Adds the component at a position of the path; returns where it ends.
+    std::size_t push(View path, std::size_t at)
     {
+        wchar_t *end = m_result.text + m_result.length;
         if (m_count++ > 0)
-            m_result.text[m_result.length++] = L'\\';
-        std::copy(component.begin(), component.end(), m_result.text + m_result.length);
-        m_result.length += component.size();
+            *end++ = L'\\';
+        for (; at < path.size() && path[at] != L'\\'; ++at)
+            *end++ = path[at];
+        m_result.length = static_cast<std::size_t>(end - m_result.text);
+        return at;
     }
 
     // Takes the last component away. Without one there is an empty one then, so that a '\' comes
@@ -228,6 +234,15 @@ private:
     std::size_t m_kept_count; // of the root, which stays
 };
 
+// 1 and 2 for the components "." and ".." at a position, else 0.
+std::size_t count_dots(View path, std::size_t at)
+{
+    std::size_t end = at;
+    while (end < path.size() && end < at + 2 && path[end] == L'.')
+        ++end;
+    return end == path.size() || path[end] == L'\\' ? end - at : 0;
+}
+
 std::size_t count_root_components(View path)
 {
     Prefix const prefix = get_prefix(path);
@@ -248,15 +263,16 @@ bool canonicalize_path(View path, PathText &result)
         return false;
     std::size_t const root_count = count_root_components(path);
     ComponentWriter writer(result, root_count);
-    for (std::size_t at = 0; at <= path.size();) {
-        std::size_t const end = std::min(path.find(L'\\', at), path.size());
-        View const component = path.substr(at, end - at);
+    for (std::size_t at = 0; at <= path.size(); ++at) {
+        std::size_t const dots = count_dots(path, at);
         bool const is_server = writer.get_count() + 1 < root_count;
-        if (component == L".." && !is_server)
+        if (dots == 0 || is_server) {
+            at = writer.push(path, at);
+            continue;
+        }
+        if (dots == 2)
             writer.pop();
-        else if (component != L"." || is_server)
-            writer.push(component);
-        at = end + 1;
+        at += dots;
     }
     bool const is_bare_drive = result.length == 2 && result.text[1] == L':';
     if (result.length == 0 || is_bare_drive)

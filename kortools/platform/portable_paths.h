@@ -16,8 +16,10 @@ inline constexpr std::size_t max_path_units = 260;
 
 // A path built in place.
 struct PathText {
-    wchar_t text[max_path_units] = {};
+    wchar_t text[max_path_units]; // undefined behind the zero that ends it
     std::size_t length = 0;
+
+    PathText() { text[0] = L'\0'; }
 
     std::wstring_view view() const { return { text, length }; }
 };

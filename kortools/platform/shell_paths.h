@@ -3,9 +3,8 @@
 // looks without "..". Nothing here looks at the disk, except for is_network_path().
 //
 // The separator is '\'; a '/' separates only where it is said. Positions and lengths count wide
-// characters. Nothing allocates. On Windows the system's own functions answer, elsewhere those of
-// portable_paths.h, whose header has the rules. A path must be followed by a zero character, as the
-// text of a CXTString is, and contain none.
+// characters. Nothing allocates. On Windows the system's own functions answer, for the text up to
+// the first zero; elsewhere those of portable_paths.h, whose header has the rules.
 #pragma once
 
 #include "kortools/platform/portable_paths.h"

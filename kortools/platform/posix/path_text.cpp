@@ -22,12 +22,6 @@ bool is_letter(char ch)
     return (ch >= 'A' && ch <= 'Z') || (ch >= 'a' && ch <= 'z');
 }
 
-void append_utf8(std::string &target, char32_t ch)
-{
-    char bytes[4];
-    target.append(bytes, encode_utf8_character(ch, bytes));
-}
-
 struct Sequence {
     char32_t ch;
     std::size_t size; // bytes; 0 when malformed
@@ -59,19 +53,26 @@ Sequence read_sequence(std::string_view bytes)
 
 bool encode_path_text(std::wstring_view text, std::string &native)
 {
+    char bytes[256];
+    std::size_t count = 0;
     for (wchar_t const wide : text) {
         auto const ch = static_cast<char32_t>(wide);
         if (ch == 0 || ch > 0x10FFFF) {
             set_last_os_error(error_invalid_name);
             return false;
         }
+        if (count > sizeof bytes - 4) {
+            native.append(bytes, count);
+            count = 0;
+        }
         if (ch == U'\\')
-            native += '/';
+            bytes[count++] = '/';
         else if (is_escape(ch))
-            native += static_cast<char>(ch - escape_base);
+            bytes[count++] = static_cast<char>(ch - escape_base);
         else
-            append_utf8(native, ch);
+            count += encode_utf8_character(ch, bytes + count);
     }
+    native.append(bytes, count);
     return true;
 }
 

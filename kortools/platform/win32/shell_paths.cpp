@@ -2,6 +2,7 @@
 #include "kortools/platform/shell_paths.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 #include <windows.h>
 // <shlwapi.h> needs <windows.h> in front of it.
@@ -10,26 +11,31 @@
 namespace kortools::platform {
 namespace {
 
-// A copy of a path that the system may write to.
+// A copy of a path that ends with a zero, and that the system may write to.
 class Scratch {
 public:
     explicit Scratch(std::wstring_view path)
     {
-        // Some of the functions look at the character behind the zero.
-        if (path.size() + 2 > std::size(m_small)) {
-            m_large.resize(path.size() + 2);
+        std::size_t const size = path.size() + 2; // some functions look behind the zero
+        if (size > std::size(m_small)) {
+            m_large.resize(size);
             m_text = m_large.data();
         }
         std::copy(path.begin(), path.end(), m_text);
+        std::fill_n(m_text + path.size(), 2, L'\0');
     }
     Scratch(Scratch const &) = delete;
     Scratch &operator=(Scratch const &) = delete;
 
     wchar_t *get() { return m_text; }
     std::size_t get_length() const { return std::wstring_view(m_text).size(); }
+    std::size_t get_position(wchar_t const *at) const
+    {
+        return static_cast<std::size_t>(at - m_text);
+    }
 
 private:
-    wchar_t m_small[2 * max_path_units] = {};
+    wchar_t m_small[max_path_units + 2];
     std::vector<wchar_t> m_large;
     wchar_t *m_text = m_small;
 };
@@ -50,37 +56,39 @@ bool set_result(wchar_t const *text, PathText &result)
 
 std::size_t find_file_name(std::wstring_view path)
 {
-    return static_cast<std::size_t>(PathFindFileNameW(path.data()) - path.data());
+    Scratch scratch(path);
+    return scratch.get_position(PathFindFileNameW(scratch.get()));
 }
 
 std::size_t find_extension(std::wstring_view path)
 {
-    return static_cast<std::size_t>(PathFindExtensionW(path.data()) - path.data());
+    Scratch scratch(path);
+    return scratch.get_position(PathFindExtensionW(scratch.get()));
 }
 
 bool is_url(std::wstring_view path)
 {
-    return PathIsURLW(path.data()) != 0;
+    return PathIsURLW(Scratch(path).get()) != 0;
 }
 
 bool is_unc_path(std::wstring_view path)
 {
-    return PathIsUNCW(path.data()) != 0;
+    return PathIsUNCW(Scratch(path).get()) != 0;
 }
 
 bool is_unc_server_share(std::wstring_view path)
 {
-    return PathIsUNCServerShareW(path.data()) != 0;
+    return PathIsUNCServerShareW(Scratch(path).get()) != 0;
 }
 
 bool is_relative_path(std::wstring_view path)
 {
-    return PathIsRelativeW(path.data()) != 0;
+    return PathIsRelativeW(Scratch(path).get()) != 0;
 }
 
 bool is_root_path(std::wstring_view path)
 {
-    return PathIsRootW(path.data()) != 0;
+    return PathIsRootW(Scratch(path).get()) != 0;
 }
 
 PathCut strip_to_root(std::wstring_view path)
@@ -127,7 +135,7 @@ bool make_relative_path(PathEnd from, PathEnd to, PathText &result)
 
 bool is_network_path(std::wstring_view path)
 {
-    return PathIsNetworkPathW(path.data()) != 0;
+    return PathIsNetworkPathW(Scratch(path).get()) != 0;
 }
 
 } // namespace kortools::platform
