@@ -3,11 +3,14 @@
 
 #include "kortools/files/guarded_call.h"
 #include "kortools/files/path_kind.h"
+#include "kortools/platform/directory_reader.h"
 #include "kortools/platform/file_changes.h"
 #include "kortools/platform/file_status.h"
 #include "kortools/platform/os_error.h"
 
+#include <algorithm>
 #include <atomic>
+#include <climits>
 #include <ranges>
 #include <string>
 #include <string_view>
@@ -18,31 +21,37 @@ using namespace kortools::platform;
 
 namespace {
 
+constexpr unsigned int error_access_denied = 5;
 constexpr unsigned int error_already_exists = 183;
-
-bool is_separator(wchar_t ch)
-{
-    return ch == L'\\' || ch == L'/';
-}
 
 bool is_directory(std::wstring const &path)
 {
     FileStatus status;
-    return is_root(path) || is_server_share(path)
-        || (get_file_status(path.c_str(), status) && status.is_directory);
+    return is_top_directory(path)
+        || (get_file_status(path.c_str(), status) && status.is_directory());
+}
+
+// Where the names of a path begin that "\\?\" opens, 0 for other paths.
+std::size_t find_verbatim_names(std::wstring_view path)
+{
+    if (!path.starts_with(L"\\\\?\\"))
+        return 0;
+    if (!path.starts_with(L"\\\\?\\UNC\\"))
+        return std::min<std::size_t>(path.size(), 7);
+    std::size_t const share = path.find(L'\\', 8);
+    return share == path.npos ? path.size() : std::min(path.find(L'\\', share + 1), path.size());
 }
 
 // The path and the directories above it, from the top down, without roots and server shares.
 std::vector<std::wstring> get_levels(std::wstring_view path)
 {
     std::vector<std::wstring> levels;
-    for (std::size_t i = 1; i <= path.size(); ++i) {
+    for (std::size_t i = find_verbatim_names(path) + 1; i <= path.size(); ++i) {
         bool const is_end = i == path.size() || is_separator(path[i]);
         if (!is_end || is_separator(path[i - 1]) || path[i - 1] == L':')
             continue;
-        std::wstring_view const level = path.substr(0, i);
-        if (!is_root(level) && !is_server_share(level))
-            levels.emplace_back(level);
+        if (!is_top_directory(path.substr(0, i)))
+            levels.emplace_back(path.substr(0, i));
     }
     return levels;
 }
@@ -85,5 +94,36 @@ bool fileCreateDirectory(CXTString<wchar_t> const &path, bool recursive, unsigne
     return run_guarded(path, timeout, false, [recursive](auto const &name, auto const &is_late) {
         return recursive ? create_levels(std::wstring(name.GetView()), is_late)
                          : create_one(name, is_late);
+    });
+}
+
+bool fileRemoveDirectory(CXTString<wchar_t> const &path, bool contents, bool readOnly,
+    CXArray<CXTString<wchar_t>> *failed)
+{
+    auto const report = [failed](std::wstring const &failed_path) {
+        if (failed)
+            failed->Add(failed_path.c_str());
+    };
+    if (is_top_directory(path)) {
+        set_last_os_error(error_access_denied);
+        report(std::wstring(path.GetView()));
+        return false;
+    }
+    ReadOnlyFiles const read_only = readOnly ? ReadOnlyFiles::Remove : ReadOnlyFiles::Respect;
+    if (contents)
+        return remove_tree(path, read_only, report);
+    if (remove_directory(path, read_only))
+        return true;
+    unsigned int const code = get_last_os_error();
+    report(std::wstring(path.GetView()));
+    set_last_os_error(code);
+    return false;
+}
+
+int fileGetFileCount(CXTString<wchar_t> const &path, bool recursive, unsigned int *timeout)
+{
+    Depth const depth = recursive ? Depth::Tree : Depth::Folder;
+    return run_guarded(path, timeout, -1, [depth](auto const &name, auto const &is_late) {
+        return static_cast<int>(std::min<long long>(count_files(name, depth, is_late), INT_MAX));
     });
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Directories made and removed.
+// Directories made, removed and counted.
 #pragma once
 
+#include "kortools/archive/archive.h" // for the array below
+#include "kortools/core/array.h"
 #include "kortools/core/xstring.h"
 #include "kortools/export.h"
 
@@ -9,4 +11,21 @@
 // (without `recursive`: when anything of that name exists). When one cannot be made, those that
 // this call has made are removed again. `timeout` as in file_status.h, for the call as a whole.
 KORTOOLS_API bool fileCreateDirectory(
+    CXTString<wchar_t> const &path, bool recursive = false, unsigned int *timeout = nullptr);
+
+// Removes a directory: an empty one, with `contents` any, with everything below it. A link is
+// removed itself, never what it leads to. `readOnly`: also what is marked as read-only (on Linux:
+// in directories that the user has no permission to change, but owns).
+//
+// Goes on after a failure, and appends to `failed` each path that stays because of one, inner paths
+// first. True when nothing stays; false for a directory that does not exist, and for roots and
+// server shares, which are refused.
+KORTOOLS_API bool fileRemoveDirectory(CXTString<wchar_t> const &path, bool contents = false,
+    bool readOnly = false, CXArray<CXTString<wchar_t>> *failed = nullptr);
+
+// The number of files in a directory, with `recursive` also of those in the directories below. What
+// is no directory counts, a link to one does not and is not followed. -1 when there is no such
+// directory and when it is late; `timeout` as in file_status.h. Directories below that cannot be
+// read count as empty.
+KORTOOLS_API int fileGetFileCount(
     CXTString<wchar_t> const &path, bool recursive = false, unsigned int *timeout = nullptr);

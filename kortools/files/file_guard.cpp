@@ -18,7 +18,7 @@ unsigned int get_limit(CXTString<wchar_t> const &path, unsigned int *timeout, bo
         return 0;
     bool const is_forced = (*timeout & every_path) != 0;
     *timeout &= ~every_path;
-    return always || is_forced || is_unc_path(path) ? *timeout : 0;
+    return always || is_forced || is_on_share(path) ? *timeout : 0;
 }
 
 } // namespace kortools::files

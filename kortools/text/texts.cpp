@@ -40,6 +40,10 @@ constexpr Text texts[] = {
     { 5504, L"Selected directory does not exist.",
             L"Le dossier sélectionné n'existe pas." },
 
+    // Before a file is replaced
+    { 5510, L"%1 already exists.\nDo you want to replace it?",
+            L"%1 existe déjà.\nVoulez-vous le remplacer ?" },
+
     // The name of a file that has none
     { 61446, L"an unnamed file", L"un fichier sans nom" },
 

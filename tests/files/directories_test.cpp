@@ -1,11 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/directories.h"
+#include "tests/files/names.h"
 #include "tests/support/temp_folder.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
+
+namespace {
+
+void write_file(fs::path const &path)
+{
+    std::ofstream(path, std::ios::binary) << "text";
+}
+
+} // namespace
 
 TEST(CreateDirectory, MakesOneOrAllLevels)
 {
@@ -29,7 +39,71 @@ TEST(CreateDirectory, TakesBackWhatItMade)
     EXPECT_TRUE(fs::is_empty(folder.GetPath() / "a"));
     EXPECT_FALSE(fileCreateDirectory(folder.GetFile(L"n\\" + too_long + L"\\e").c_str(), true));
     EXPECT_FALSE(fs::exists(folder.GetPath() / "n"));
-    std::ofstream(folder.GetPath() / "a/file") << "x";
+    write_file(folder.GetPath() / "a/file");
     EXPECT_FALSE(fileCreateDirectory(folder.GetFile(L"a\\file\\c\\d").c_str(), true));
     EXPECT_TRUE(fs::is_regular_file(folder.GetPath() / "a/file"));
+}
+
+TEST(RemoveDirectory, AnEmptyOneOrAWholeTree)
+{
+    TempFolder const folder;
+    fs::create_directories(folder.GetPath() / "a/b/c");
+    write_file(folder.GetPath() / "a/b/file");
+    write_file(folder.GetPath() / "file");
+    CXTString<wchar_t> const tree = folder.GetFile(L"a").c_str();
+    CXArray<CXTString<wchar_t>> failed;
+    EXPECT_FALSE(fileRemoveDirectory(tree, false, false, &failed));
+    ASSERT_EQ(failed.GetSize(), 1);
+    EXPECT_EQ(failed[0], tree);
+    EXPECT_TRUE(fs::exists(folder.GetPath() / "a/b/c"));
+    EXPECT_FALSE(fileRemoveDirectory(folder.GetFile(L"file").c_str(), true));
+    EXPECT_TRUE(fs::exists(folder.GetPath() / "file"));
+    EXPECT_TRUE(fileRemoveDirectory(tree + L"\\", true, false, &failed));
+    EXPECT_EQ(failed.GetSize(), 1);
+    EXPECT_FALSE(fs::exists(folder.GetPath() / "a"));
+    EXPECT_FALSE(fileRemoveDirectory(tree, true)) << "it is gone";
+    EXPECT_FALSE(fileRemoveDirectory(tree));
+    EXPECT_FALSE(fileRemoveDirectory(L"Q:\\", true, true));
+    EXPECT_FALSE(fileRemoveDirectory(L"\\\\no_server\\share", true, true));
+}
+
+TEST(RemoveDirectory, ReadOnlyFilesGoWhenAsked)
+{
+    TempFolder const folder;
+    fs::create_directories(folder.GetPath() / "a/b");
+    write_file(folder.GetPath() / "a/b/file");
+    write_file(folder.GetPath() / "a/other");
+    fs::permissions(folder.GetPath() / "a/b/file", fs::perms::owner_read);
+    CXTString<wchar_t> const tree = folder.GetFile(L"a").c_str();
+    if (is_windows) {
+        CXArray<CXTString<wchar_t>> failed;
+        EXPECT_FALSE(fileRemoveDirectory(tree, true, false, &failed));
+        ASSERT_EQ(failed.GetSize(), 3);
+        EXPECT_EQ(failed[0], tree + L"\\b\\file");
+        EXPECT_EQ(failed[1], tree + L"\\b");
+        EXPECT_EQ(failed[2], tree);
+        EXPECT_FALSE(fs::exists(folder.GetPath() / "a/other"));
+    }
+    EXPECT_TRUE(fileRemoveDirectory(tree, true, true));
+    EXPECT_FALSE(fs::exists(folder.GetPath() / "a"));
+}
+
+TEST(FileCount, CountsFilesAndNotDirectories)
+{
+    TempFolder const folder;
+    CXTString<wchar_t> const top = folder.GetPath().wstring().c_str();
+    EXPECT_EQ(fileGetFileCount(top), 0);
+    fs::create_directories(folder.GetPath() / "a/b/c");
+    for (int i = 0; i < 1000; ++i)
+        write_file(folder.GetPath() / ("a/" + std::to_string(i)));
+    write_file(folder.GetPath() / ".hidden");
+    write_file(folder.GetPath() / "a/b/c/deep");
+    EXPECT_EQ(fileGetFileCount(top), 1);
+    EXPECT_EQ(fileGetFileCount(top + L"\\a\\"), 1000);
+    unsigned int timeout = 0x80000000 + 10000;
+    EXPECT_EQ(fileGetFileCount(top, true, &timeout), 1002);
+    EXPECT_EQ(timeout, 10000U);
+    EXPECT_EQ(fileGetFileCount(top + L"\\.hidden"), -1) << "a file";
+    EXPECT_EQ(fileGetFileCount(top + L"\\none"), -1);
+    EXPECT_EQ(fileGetFileCount(L""), -1);
 }

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/archive/file.h"
+#include "kortools/files/directories.h"
+#include "kortools/files/file_changes.h"
+#include "kortools/files/file_status.h"
+#include "kortools/platform/message_box.h"
+#include "kortools/platform/os_error.h"
+#include "kortools/text/string_table.h"
+#include "tests/files/names.h"
+#include "tests/support/temp_folder.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <random>
+
+namespace {
+
+namespace fs = std::filesystem;
+using kortools::platform::get_last_os_error;
+
+void write_file(fs::path const &path, std::string const &text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string read_file(fs::path const &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+class FileChanges : public testing::Test {
+protected:
+    fs::path At(char const *name) const { return m_folder.GetPath() / name; }
+    CXTString<wchar_t> Name(wchar_t const *name) const { return m_folder.GetFile(name).c_str(); }
+
+    // What the folder holds, as "name=text" in order.
+    std::string List() const
+    {
+        std::vector<std::string> entries;
+        for (auto const &entry : fs::directory_iterator(m_folder.GetPath()))
+            entries.push_back(entry.path().filename().string() + '='
+                + (entry.is_directory() ? "/" : read_file(entry.path())));
+        std::sort(entries.begin(), entries.end());
+        std::string list;
+        for (std::string const &entry : entries)
+            list += (list.empty() ? "" : " ") + entry;
+        return list;
+    }
+
+    TempFolder m_folder;
+};
+
+} // namespace
+
+TEST_F(FileChanges, ACopyHasDataDateAndPermissions)
+{
+    std::mt19937 random(1);
+    for (std::size_t const size : { 0U, 1U, 4096U, 300000U, 3000001U }) {
+        std::string text(size, '\0');
+        for (char &ch : text)
+            ch = static_cast<char>(random());
+        write_file(At("a"), text);
+        fileSetLastWriteDate(Name(L"a"), CXTime(1234567890));
+        fs::permissions(At("a"), fs::perms::owner_read | fs::perms::group_read);
+        EXPECT_TRUE(fileCopy(Name(L"a"), Name(L"b"), true));
+        EXPECT_TRUE(read_file(At("b")) == text) << size;
+        EXPECT_EQ(fileGetLastWriteDate(Name(L"b")), CXTime(1234567890));
+        EXPECT_EQ(fs::status(At("b")).permissions(), fs::status(At("a")).permissions());
+        for (char const *name : { "a", "b" })
+            fs::permissions(At(name), fs::perms::owner_all);
+        fs::remove(At("b"));
+    }
+}
+
+TEST_F(FileChanges, ACopyReplacesOnlyWhereItMay)
+{
+    write_file(At("a"), "new");
+    write_file(At("b"), "an old and longer text");
+    fs::create_directory(At("d"));
+    EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"b"), true));
+    EXPECT_EQ(get_last_os_error(), 80U);
+    EXPECT_EQ(List(), "a=new b=an old and longer text d=/");
+    EXPECT_TRUE(fileCopy(Name(L"a"), Name(L"b"), false));
+    EXPECT_EQ(List(), "a=new b=new d=/");
+    EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"d"), false));
+    EXPECT_FALSE(fileCopy(Name(L"d"), Name(L"e"), false));
+    EXPECT_FALSE(fileCopy(Name(L"none"), Name(L"b"), false));
+    EXPECT_EQ(get_last_os_error(), 2U);
+    EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"none/b"), false));
+    EXPECT_EQ(get_last_os_error(), 3U);
+    EXPECT_EQ(List(), "a=new b=new d=/");
+}
+
+TEST_F(FileChanges, AFileOntoItselfStaysWhole)
+{
+    write_file(At("a"), "text");
+    fs::create_directory(At("d"));
+    fs::create_hard_link(At("a"), At("hard"));
+    for (wchar_t const *target : { L"a", L".\\a", L"d\\..\\a", L"hard" }) {
+        EXPECT_FALSE(fileCopy(Name(L"a"), Name(target), false));
+        EXPECT_EQ(get_last_os_error(), 32U) << testing::PrintToString(target);
+    }
+    EXPECT_EQ(List(), "a=text d=/ hard=text");
+    EXPECT_TRUE(fileMove(Name(L"a"), Name(L"a"), false));
+    EXPECT_EQ(List(), "a=text d=/ hard=text");
+}
+
+TEST_F(FileChanges, OthersWhoHaveAFileOpenAreAsked)
+{
+    write_file(At("a"), "text");
+    write_file(At("b"), "old");
+    CXFile file(Name(L"a"), CXFile::modeReadWrite | CXFile::shareExclusive);
+    EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"c"), false));
+    EXPECT_EQ(get_last_os_error(), 32U);
+    file.Open(Name(L"b"), CXFile::modeRead | CXFile::shareDenyWrite);
+    EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"b"), false));
+    EXPECT_EQ(get_last_os_error(), 32U);
+    file.Close();
+    EXPECT_EQ(List(), "a=text b=old");
+    EXPECT_TRUE(fileCopy(Name(L"a"), Name(L"b"), false));
+}
+
+TEST_F(FileChanges, AMoveReplacesFilesButNotDirectories)
+{
+    write_file(At("a"), "new");
+    fileSetLastWriteDate(Name(L"a"), CXTime(1234567890));
+    write_file(At("b"), "old");
+    fs::create_directory(At("d"));
+    EXPECT_FALSE(fileMove(Name(L"a"), Name(L"b"), true));
+    EXPECT_EQ(get_last_os_error(), 183U);
+    EXPECT_FALSE(fileRename(Name(L"a"), Name(L"b")));
+    EXPECT_EQ(get_last_os_error(), 183U);
+    EXPECT_FALSE(fileMove(Name(L"a"), Name(L"d"), false));
+    EXPECT_FALSE(fileMove(Name(L"none"), Name(L"b"), false));
+    EXPECT_EQ(get_last_os_error(), 2U);
+    EXPECT_FALSE(fileMove(Name(L"a"), Name(L"none\\b"), false));
+    EXPECT_EQ(get_last_os_error(), 3U);
+    EXPECT_EQ(List(), "a=new b=old d=/");
+    EXPECT_TRUE(fileMove(Name(L"a"), Name(L"b"), false));
+    EXPECT_EQ(List(), "b=new d=/");
+    EXPECT_TRUE(fileMove(Name(L"b"), Name(L"c"), true));
+    EXPECT_TRUE(fileRename(Name(L"c"), Name(L"d\\e")));
+    EXPECT_EQ(fileGetLastWriteDate(Name(L"d\\e")), CXTime(1234567890));
+    EXPECT_TRUE(fileRename(Name(L"d"), Name(L"f")));
+    EXPECT_EQ(List(), "f=/");
+    EXPECT_EQ(read_file(At("f/e")), "new");
+}
+
+TEST_F(FileChanges, NamesOfEveryKind)
+{
+    for (std::wstring const &name : get_odd_names()) {
+        SCOPED_TRACE(testing::PrintToString(name));
+        bool const fits = !is_windows || name.size() < 100; // else the path is too long there
+        if (!fits)
+            continue;
+        CXTString<wchar_t> const directory = Name(name.c_str());
+        CXTString<wchar_t> const file = directory + L"\\" + name.c_str();
+        ASSERT_TRUE(fileCreateDirectory(directory, false));
+        write_file(At("x"), "text");
+        EXPECT_TRUE(fileCopy(Name(L"x"), file, true));
+        EXPECT_EQ(fileGetSize(file), 4U);
+        EXPECT_EQ(fileGetFileCount(directory), 1);
+        EXPECT_TRUE(fileMove(file, Name(L"y"), true));
+        EXPECT_FALSE(fileExists(file));
+        EXPECT_TRUE(fileRename(Name(L"y"), file));
+        EXPECT_TRUE(fileDelete(file));
+        EXPECT_EQ(fs::begin(fs::directory_iterator(m_folder.GetPath())) != fs::directory_iterator(),
+            true);
+        EXPECT_TRUE(fileRemoveDirectory(directory));
+        EXPECT_EQ(List(), "x=text");
+    }
+}
+
+TEST_F(FileChanges, TheUserIsAskedBeforeAFileIsReplaced)
+{
+    static std::wstring s_text;
+    static unsigned int s_flags;
+    static int s_answer;
+    auto const before
+        = kortools::platform::set_message_box_handler([](wchar_t const *text, unsigned int flags) {
+              s_text = text;
+              s_flags = flags;
+              return s_answer;
+          });
+    write_file(At("50%1"), "text");
+    EXPECT_TRUE(fileAskForReplace(Name(L"none")));
+    EXPECT_EQ(s_text, L"");
+    kortools::text::set_thread_language(kortools::text::english);
+    s_answer = 6;
+    EXPECT_TRUE(fileAskForReplace(Name(L"50%1")));
+    EXPECT_EQ(
+        s_text, std::wstring(Name(L"50%1")) + L" already exists.\nDo you want to replace it?");
+    EXPECT_EQ(s_flags & 0xF, 4U) << "yes and no";
+    EXPECT_EQ(s_flags & 0xF00, 0x100U) << "no by default";
+    kortools::text::set_thread_language(kortools::text::french);
+    s_answer = 7;
+    EXPECT_FALSE(fileAskForReplace(Name(L"50%1")));
+    EXPECT_TRUE(s_text.ends_with(L" existe d\xE9j\xE0.\nVoulez-vous le remplacer ?"));
+    kortools::text::set_thread_language(0);
+    kortools::platform::set_message_box_handler(before);
+}
