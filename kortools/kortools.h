@@ -44,6 +44,7 @@
 #include "kortools/files/directories.h"
 #include "kortools/files/extension_list.h"
 #include "kortools/files/file_changes.h"
+#include "kortools/files/file_find.h"
 #include "kortools/files/file_guard.h"
 #include "kortools/files/file_info.h"
 #include "kortools/files/file_names.h"

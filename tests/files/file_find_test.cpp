@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/files/file_changes.h"
+#include "kortools/files/file_find.h"
+#include "kortools/files/file_status.h"
+#include "kortools/files/name_pattern.h"
+#include "tests/files/names.h"
+#include "tests/support/temp_folder.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <set>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::set<std::wstring> find_all(std::wstring const &pattern)
+{
+    std::set<std::wstring> names;
+    CXFileFind find;
+    bool more = find.FindFile(pattern.c_str());
+    while (more) {
+        more = find.FindNextFile();
+        EXPECT_TRUE(names.emplace(find.GetFileName().GetView()).second) << "found twice";
+    }
+    EXPECT_FALSE(find.FindNextFile());
+    return names;
+}
+
+} // namespace
+
+TEST(NamePattern, FollowsTheTable)
+{
+    struct Case {
+        wchar_t const *pattern;
+        wchar_t const *name;
+        bool matches;
+    };
+    Case const cases[] = { { L"*", L"a", true }, { L"*.*", L"a", true }, { L"*.*", L"a.b", true },
+        { L"*.txt", L"A.TXT", true }, { L"*.TXT", L"a.b.txt", true },
+        { L"*.txt", L"a.txtx", false }, { L"*.txt", L".txt", true }, { L"*.txt", L"txt", false },
+        { L"a*.txt", L"a.txt", true }, { L"a?.txt", L"ab.txt", true },
+        { L"a?.txt", L"a.txt", true }, { L"a?.txt", L"abc.txt", false }, { L"a??", L"a", true },
+        { L"a??", L"abcd", false }, { L"?a", L"a", false }, { L"?a", L"ba", true },
+        { L"a.?", L"a", true }, { L"a.*", L"a", true }, { L"a.*", L"a.b.c", true },
+        { L"a.*", L"ab", false }, { L"*.", L"a", true }, { L"*.", L"a.b", false },
+        { L"*.", L"a.", true }, { L"a", L"A", true }, { L"a", L"ab", false },
+        { L"*a*b*c", L"xxaxxbxxabc", true }, { L"*a*b*c", L"xxaxxbxxab", false },
+        { L"*.t?t", L"a.tt", false }, { L"*\U0001F642.k", L"x\U0001F642.K", true },
+        { L"", L"a", false } };
+    for (Case const &each : cases)
+        EXPECT_EQ(kortools::files::NamePattern(each.pattern).matches(each.name), each.matches)
+            << testing::PrintToString(each.pattern) << ' ' << testing::PrintToString(each.name);
+    std::wstring const hostile(2000, L'a');
+    EXPECT_FALSE(kortools::files::NamePattern(L"*a*a*a*a*a*a*a*a*a*a*b").matches(hostile));
+}
+
+TEST(FileFind, VisitsEachEntryOnce)
+{
+    TempFolder const folder;
+    std::ofstream(folder.GetPath() / "plain") << "x";
+    std::set<std::wstring> expected { L"plain" };
+    for (std::wstring const &name : get_odd_names()) {
+        if (name == L"plain" || (folder.GetFile(name).size() >= 250 && is_windows))
+            continue;
+        ASSERT_TRUE(fileCopy(folder.GetFile(L"plain").c_str(), folder.GetFile(name).c_str()));
+        expected.insert(name);
+    }
+    for (int i = 0; i < 2000; ++i) {
+        std::wstring const name = L"many" + std::to_wstring(i) + L".txt";
+        std::ofstream(folder.GetPath() / name) << "x";
+        expected.insert(name);
+    }
+    fs::create_directory(folder.GetPath() / "dir.d");
+    expected.insert(L"dir.d");
+    EXPECT_EQ(find_all(folder.GetFile(L"*.*")), expected);
+    EXPECT_EQ(find_all(folder.GetFile(L"MANY?.TXT")).size(), 10U);
+    EXPECT_EQ(find_all(folder.GetFile(L"plain")).size(), 1U);
+    EXPECT_EQ(find_all(folder.GetFile(L"*.none")).size(), 0U);
+    EXPECT_EQ(find_all(folder.GetFile(L"none\\*")).size(), 0U);
+    EXPECT_EQ(find_all(folder.GetFile(L"")).size(), 0U);
+}
+
+TEST(FileFind, TellsAboutAnEntry)
+{
+    TempFolder const folder;
+    std::ofstream(folder.GetPath() / "some.file.txt") << "12345";
+    CXTString<wchar_t> const path = folder.GetFile(L"some.file.txt").c_str();
+    fileSetLastWriteDate(path, CXTime(1234567890));
+    fs::create_directory(folder.GetPath() / "dir");
+    CXFileFind find;
+    EXPECT_FALSE(find.IsDirectory());
+    ASSERT_TRUE(find.FindFile(folder.GetFile(L"*.txt").c_str()));
+    EXPECT_TRUE(find.GetFileName().IsEmpty()) << "before the first";
+    EXPECT_FALSE(find.FindNextFile()) << "there is one only";
+    EXPECT_STREQ(find.GetFileName(), L"some.file.txt");
+    EXPECT_STREQ(find.GetFileTitle(), L"some.file");
+    EXPECT_EQ(find.GetFilePath(), path);
+    EXPECT_EQ(find.GetLength(), 5U);
+    EXPECT_EQ(find.GetLastWriteTime(), CXTime(1234567890));
+    EXPECT_FALSE(find.IsDirectory());
+    EXPECT_FALSE(find.IsReadOnly());
+    ASSERT_TRUE(find.FindFile(folder.GetFile(L"di*").c_str()));
+    find.FindNextFile();
+    EXPECT_TRUE(find.IsDirectory());
+    EXPECT_EQ(find.GetLength(), 0U);
+    find.Close();
+    EXPECT_FALSE(find.FindNextFile());
+    EXPECT_TRUE(find.GetFileName().IsEmpty());
+}
+
+TEST(FileFind, TheFirstMatchingFileIsDescribed)
+{
+    TempFolder const folder;
+    CXTString<wchar_t> const directory = folder.GetPath().wstring().c_str();
+    fs::create_directory(folder.GetPath() / "dir.kor");
+    xFileFindInfo info;
+    unsigned int timeout = 0x80000000 + 10000;
+    EXPECT_FALSE(filePathContainMatchingFile(directory, L"*.kor", &info, &timeout));
+    EXPECT_FALSE(filePathContainMatchingFile(directory, L"dir.kor", &info));
+    EXPECT_TRUE(info.fileName.IsEmpty());
+    std::ofstream(folder.GetPath() / "scene.kor") << "12345";
+    EXPECT_TRUE(filePathContainMatchingFile(directory, L"*.KOR", &info, &timeout));
+    EXPECT_EQ(timeout, 10000U);
+    EXPECT_STREQ(info.fileName, L"scene.kor");
+    EXPECT_EQ(info.filePath, directory + L"\\scene.kor");
+    EXPECT_EQ(info.size, 5U);
+    EXPECT_TRUE(filePathContainMatchingFile(directory, L"scene.kor"));
+    EXPECT_FALSE(filePathContainMatchingFile(folder.GetFile(L"none").c_str(), L"*"));
+}
