@@ -41,6 +41,7 @@
 #include "kortools/data/xtime.h"
 
 #include "kortools/files/compact_path.h"
+#include "kortools/files/current_directory.h"
 #include "kortools/files/directories.h"
 #include "kortools/files/extension_list.h"
 #include "kortools/files/file_changes.h"
