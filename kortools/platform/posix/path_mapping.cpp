@@ -26,7 +26,7 @@ struct Mappings {
     std::shared_mutex mutex; // guards the fields below
     std::array<std::string, 26> drives;
     std::array<bool, 26> has_drive {};
-    std::map<Names, std::string> shares; // by folded server and share
+    std::map<Names, MappedShare> shares; // by folded server and share
 };
 
 // Never destroyed: objects that outlive main() may still open files.
@@ -137,7 +137,7 @@ bool map_share_path(ParsedPath const &path, std::string &native, bool &knows_ser
             knows_server = near != mappings.shares.end() && near->first[0] == server;
             return false;
         }
-        directory = at->second;
+        directory = at->second.directory;
     }
     native = join_names(std::move(directory), split_names(path.rest), 0, path.rest);
     return true;
@@ -276,8 +276,19 @@ bool map_share(std::wstring_view share, std::string_view directory)
     if (directory.empty())
         mappings.shares.erase(key);
     else
-        mappings.shares[key] = normalize_directory(directory);
+        mappings.shares[key] = { std::wstring(path.server), std::wstring(path.share),
+            normalize_directory(directory) };
     return true;
+}
+
+std::vector<MappedShare> get_mapped_shares()
+{
+    Mappings &mappings = get_mappings();
+    std::shared_lock const lock(mappings.mutex);
+    std::vector<MappedShare> shares;
+    for (auto const &[key, share] : mappings.shares)
+        shares.push_back(share);
+    return shares;
 }
 
 } // namespace kortools::platform

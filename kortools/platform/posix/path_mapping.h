@@ -38,6 +38,14 @@ struct ParsedPath {
 
 ParsedPath parse_path(std::wstring_view path);
 
+struct MappedShare {
+    std::wstring server; // as it was given to map_share()
+    std::wstring share;
+    std::string directory; // native, without a slash at the end; "" is the root
+};
+
+std::vector<MappedShare> get_mapped_shares();
+
 // The native form of a path on a share, according to `mounts`. Empty, with code 53 or 67, when
 // they do not have it.
 std::string find_share(ParsedPath const &path, std::vector<Mount> const &mounts);

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/files/network_paths.h"
+#include "kortools/platform/file_system.h"
+#include "tests/files/names.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr unsigned int no_root = 1;
+constexpr unsigned int fixed = 3;
+constexpr unsigned int remote = 4;
+constexpr unsigned int ram_disk = 6;
+
+CXTString<wchar_t> to_unc(CXTString<wchar_t> const &path)
+{
+    CXTString<wchar_t> unc = L"none";
+    bool const converted = fileConvertToUNCPath(path, unc);
+    EXPECT_EQ(converted, unc != L"none");
+    return unc;
+}
+
+} // namespace
+
+TEST(NetworkPaths, LocalDisks)
+{
+    EXPECT_FALSE(fileIsOnNetworkDrive(L"C:\\"));
+    EXPECT_EQ(fileGetDriveType(L"C:\\"), fixed);
+    EXPECT_EQ(fileGetDriveType(L"C:\\none\\at\\all"), fixed);
+    EXPECT_EQ(fileGetDriveType(L"Q:\\x"), no_root);
+    EXPECT_EQ(fileGetDriveType(L""), no_root);
+    EXPECT_FALSE(fileIsOnNetworkDrive(L"Q:\\x"));
+    EXPECT_FALSE(fileIsOnNetworkDrive(L""));
+    EXPECT_STREQ(to_unc(L"C:\\none\\at\\all"), L"none");
+    EXPECT_STREQ(to_unc(L""), L"none");
+}
+
+TEST(NetworkPaths, SharesByName)
+{
+    EXPECT_TRUE(fileIsOnNetworkDrive(L"\\\\no_server\\share\\a"));
+    EXPECT_TRUE(fileIsOnNetworkDrive(L"//no_server/share"));
+    EXPECT_STREQ(to_unc(L"\\\\no_server\\share\\a"), L"\\\\no_server\\share\\a");
+    EXPECT_EQ(fileGetDriveType(L"\\\\no_server\\share\\a"), no_root);
+}
+
+TEST(MappedPaths, LieOnTheirShare)
+{
+    if (is_windows)
+        GTEST_SKIP() << "nothing is mapped there";
+    using namespace kortools::platform;
+    TempFolder const folder;
+    std::string const top = folder.GetPath().string();
+    std::filesystem::create_directories(top + "/files/inner");
+    std::filesystem::create_directory_symlink(top + "/files", top + "/link");
+    ASSERT_TRUE(map_share(L"\\\\Server\\Share", top + "/files"));
+    ASSERT_TRUE(map_share(L"\\\\Server\\Inner", top + "/files/inner"));
+    ASSERT_TRUE(map_drive(L'Q', top + "/files"));
+    ASSERT_TRUE(map_drive(L'R', "/dev/shm"));
+    EXPECT_EQ(fileGetDriveType(L"\\\\server\\share\\a"), remote);
+    EXPECT_STREQ(to_unc(folder.GetFile(L"files").c_str()), L"\\\\Server\\Share");
+    EXPECT_STREQ(to_unc(folder.GetFile(L"files\\a b\\c").c_str()), L"\\\\Server\\Share\\a b\\c");
+    EXPECT_STREQ(to_unc(folder.GetFile(L"link/a").c_str()), L"\\\\Server\\Share\\a");
+    EXPECT_STREQ(to_unc(folder.GetFile(L"files\\inner\\a").c_str()), L"\\\\Server\\Inner\\a");
+    EXPECT_STREQ(to_unc(folder.GetFile(L"files2").c_str()), L"none");
+    EXPECT_STREQ(to_unc(L"Q:\\a"), L"\\\\Server\\Share\\a");
+    EXPECT_EQ(fileGetDriveType(L"Q:\\a"), fileGetDriveType(folder.GetFile(L"a").c_str()));
+    EXPECT_EQ(fileGetDriveType(L"R:\\"), ram_disk);
+    map_share(L"\\\\Server\\Share", "");
+    map_share(L"\\\\Server\\Inner", "");
+    map_drive(L'Q', "");
+    map_drive(L'R', "");
+}
