@@ -4,6 +4,7 @@
 #include "tests/archive/archive_samples.h"
 
 #include "kortools/archive/mem_file.h"
+#include "tests/support/format_example.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -32,26 +33,7 @@ TEST(ArchiveGolden, EarlierArchivesReadTheSameAndAreWrittenTheSame)
 
 TEST(ArchiveGolden, TheExampleOfTheDescriptionIsWhatIsWritten)
 {
-    // Lines of the form "0A  FF FF 02 00  comment": the offset, then bytes up to what is no byte.
-    std::ifstream file(KOR_TEST_DATA "/../../docs/archive-format.md");
-    std::string described;
-    bool in_example = false;
-    for (std::string line; std::getline(file, line);) {
-        in_example = in_example || line.rfind("## Example", 0) == 0;
-        if (!in_example || line.size() < 6 || line.substr(2, 2) != "  ")
-            continue;
-        EXPECT_EQ(std::stoul(line, nullptr, 16), described.size()) << line;
-        for (std::size_t at = 4; at + 2 <= line.size();) {
-            if (line[at] == ' ' && line.substr(at, 3) != "   ") {
-                ++at;
-                continue;
-            }
-            if (line.substr(at, 2).find_first_not_of("0123456789ABCDEF") != std::string::npos)
-                break;
-            described += static_cast<char>(std::stoul(line.substr(at, 2), nullptr, 16));
-            at += 2;
-        }
-    }
+    std::string const described = kor_test::read_format_example("archive-format.md");
     ASSERT_EQ(described.size(), 35U);
 
     Dot first, second;

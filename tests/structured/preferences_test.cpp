@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/archive/file.h"
 #include "kortools/data/custom_data.h"
+#include "tests/structured/custom_data_support.h"
 #include "tests/structured/preferences_support.h"
+#include "tests/support/format_example.h"
 
 #include <gtest/gtest.h>
 #include <map>
@@ -62,6 +64,40 @@ TEST_F(Preferences, TheFormIsACountAndKeysBeforeContainers)
         only_file(), encode_preferences({ { 1, 7, encode_opaque(magic, "") }, { 7, 1, stream } }));
     EXPECT_TRUE(data.LoadFromPrefs(path.c_str(), 1, 7));
     EXPECT_FALSE(data.HasData());
+}
+
+TEST_F(Preferences, TheExampleOfTheDescriptionIsWhatIsWritten)
+{
+    CCustomData data;
+    ASSERT_TRUE(data.SaveToPrefs(path.c_str(), 9, 0));
+    data.SetInt(1, 7);
+    ASSERT_TRUE(data.SaveToPrefs(path.c_str(), four("WIND"), 2));
+    EXPECT_EQ(only_file(), read_format_example("preferences-format.md"));
+}
+
+TEST_F(Preferences, AnEarlierFileReadsTheSameAndIsWrittenTheSame)
+{
+    std::string const golden
+        = read_file(std::filesystem::path(KOR_TEST_DATA "/preferences.bin").wstring()).value();
+    write_file(path, golden);
+    CCustomData data, nested;
+    int number;
+    double fraction;
+    CXTString<wchar_t> text;
+    ASSERT_TRUE(data.LoadFromPrefs(path.c_str(), four("WIND"), 1));
+    EXPECT_TRUE(data.GetInt(1, number) && number == 1234);
+    EXPECT_TRUE(data.GetDouble(2, fraction) && fraction == 2.5);
+    EXPECT_FALSE(data.LoadFromPrefs(path.c_str(), four("MINE"), 0xFFFFFFFF));
+
+    ASSERT_TRUE(data.LoadFromPrefs(path.c_str(), 9, 0));
+    EXPECT_FALSE(data.HasData());
+    EXPECT_TRUE(data.SaveToPrefs(path.c_str(), 9, 0));
+    ASSERT_TRUE(data.LoadFromPrefs(path.c_str(), four("WIND"), 2));
+    EXPECT_TRUE(data.SaveToPrefs(path.c_str(), four("WIND"), 2));
+    EXPECT_TRUE(data.GetInt(1, number) && number == 7);
+    EXPECT_TRUE(data.GetString(four("NAME"), text) && text == L"Zo\u00EB");
+    EXPECT_TRUE(data.GetCustomData(3, nested) && nested.GetDouble(4, fraction) && fraction == -0.5);
+    EXPECT_EQ(only_file(), golden);
 }
 
 TEST_F(Preferences, AVersionIsFoundExactlyOrAsTheNextOlderOne)
