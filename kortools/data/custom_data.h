@@ -107,7 +107,8 @@ public:
     // Puts the container in the place of the record of this identifier and version, or adds it;
     // creates the file, but no folder. False when the file cannot be opened, written or locked, is
     // no preferences file or a damaged one, or would have more than 1 GiB or 65536 records: it is
-    // then as before. (It may be as after when the disk fails at the very end.)
+    // then as before, or empty where there was none. (It may be as after a save when the disk
+    // fails at the very end.)
     bool SaveToPrefs(CXTString<wchar_t> const &file, unsigned int id, unsigned int version);
 
     // Reads the record of this identifier and version in place of the container. With `orOlder`,

@@ -64,6 +64,16 @@ struct NewRecord {
     unsigned long long size; // bytes of the container
 };
 
+// Bytes of a file of these records and the new one.
+unsigned long long get_size(
+    std::vector<PreferencesRecord> const &remaining, NewRecord const &record)
+{
+    unsigned long long size = preferences_header_size + record_key_size + record.size;
+    for (PreferencesRecord const &other : remaining)
+        size += other.size;
+    return size;
+}
+
 class Save {
 public:
     Save(CXTString<wchar_t> const &path, PreferencesTuning const &tuning)
@@ -83,11 +93,13 @@ private:
         CXFile &copy, std::vector<PreferencesRecord> const &remaining, NewRecord const &record);
     void write_copy(
         CXFile &copy, std::vector<PreferencesRecord> const &remaining, NewRecord const &record);
+    void reserve_room(unsigned long long size);
+    void give_back_room();
     void commit_copy(CXFile &copy, unsigned int count);
     void overwrite_target(CXFile &copy);
     bool discard_copy();
 
-    void step() const;
+    void step(DiskStep step, CXTString<wchar_t> const &path) const;
     void flush(CXFile &file) const;
     void write(CXFile &file, void const *bytes, unsigned long long size) const;
     void copy_bytes(CXFile &from, unsigned long long start, unsigned long long size, CXFile &to);
@@ -131,31 +143,42 @@ std::vector<PreferencesRecord> Save::get_remaining_records(NewRecord const &reco
         throw_file_exception(CXFileException::invalidFile, m_path);
     std::erase_if(
         found.records, [&](PreferencesRecord const &other) { return other.key == record.key; });
-    unsigned long long size = preferences_header_size + record_key_size + record.size;
-    for (PreferencesRecord const &other : found.records)
-        size += other.size;
-    if (found.records.size() >= max_records || size > max_preferences_size)
+    if (found.records.size() >= max_records
+        || get_size(found.records, record) > max_preferences_size)
         throw_file_exception(CXFileException::genericException, m_path);
-    // Better to hear of a full disk now than when the target is half overwritten.
-    if (!platform::reserve_room(m_target.get().GetHandle(), static_cast<long long>(size)))
-        throw_os_error(m_path);
     return found.records;
 }
 
 void Save::make_copy(
     CXFile &copy, std::vector<PreferencesRecord> const &remaining, NewRecord const &record)
 {
-    step();
-    open_patiently(copy, m_copy_path,
-        CXFile::modeCreate | CXFile::modeReadWrite | CXFile::shareDenyWrite, m_tuning.patience_ms);
+    step(DiskStep::Change, m_copy_path);
     try {
+        open_patiently(copy, m_copy_path,
+            CXFile::modeCreate | CXFile::modeReadWrite | CXFile::shareDenyWrite,
+            m_tuning.patience_ms);
+        reserve_room(get_size(remaining, record));
         write_copy(copy, remaining, record);
         commit_copy(copy, static_cast<unsigned int>(remaining.size() + 1));
     } catch (CXException *) {
         copy.Abort();
+        give_back_room();
         discard_copy();
         throw;
     }
+}
+
+// Better to hear of a full disk now than when the target is half overwritten.
+void Save::reserve_room(unsigned long long size)
+{
+    if (!platform::reserve_room(m_target.get().GetHandle(), static_cast<long long>(size)))
+        throw_os_error(m_path);
+}
+
+void Save::give_back_room()
+{
+    platform::FileHandle const target = m_target.get().GetHandle();
+    platform::set_file_size(target, platform::get_file_size(target));
 }
 
 void Save::write_copy(
@@ -174,7 +197,7 @@ void Save::write_copy(
 void Save::commit_copy(CXFile &copy, unsigned int count)
 {
     copy.Seek(0, CXFile::begin);
-    step();
+    step(DiskStep::Change, m_copy_path);
     copy.Write(&count, sizeof count);
     flush(copy);
 }
@@ -182,14 +205,14 @@ void Save::commit_copy(CXFile &copy, unsigned int count)
 // With a committed copy. Its name has to be on the disk before the target is touched.
 void Save::overwrite_target(CXFile &copy)
 {
-    step();
+    step(DiskStep::FlushNames, m_path);
     if (!platform::flush_file_name(m_path))
         throw_os_error(m_path);
     CXFile &target = m_target.get();
     unsigned long long const size = copy.GetLength();
     target.Seek(0, CXFile::begin);
     copy_bytes(copy, 0, size, target);
-    step();
+    step(DiskStep::Change, m_path);
     target.SetLength(size);
     flush(target);
 }
@@ -197,7 +220,7 @@ void Save::overwrite_target(CXFile &copy)
 // True when there is no copy any more.
 bool Save::discard_copy()
 {
-    step();
+    step(DiskStep::Change, m_copy_path);
     Patience patience(std::min(delete_patience_ms, m_tuning.patience_ms));
     while (!platform::delete_file(m_copy_path)) {
         unsigned int const error = platform::get_last_os_error();
@@ -212,15 +235,15 @@ bool Save::discard_copy()
     return true;
 }
 
-void Save::step() const
+void Save::step(DiskStep step, CXTString<wchar_t> const &path) const
 {
     if (m_tuning.before_step)
-        m_tuning.before_step();
+        m_tuning.before_step(step, path);
 }
 
 void Save::flush(CXFile &file) const
 {
-    step();
+    step(DiskStep::Flush, file.GetFilePath());
     file.Flush();
 }
 
@@ -230,7 +253,7 @@ void Save::write(CXFile &file, void const *bytes, unsigned long long size) const
     for (unsigned long long left = size; left > 0;) {
         auto const count
             = static_cast<unsigned int>(std::min<unsigned long long>(left, m_tuning.chunk_size));
-        step();
+        step(DiskStep::Change, file.GetFilePath());
         file.Write(at, count);
         at += count;
         left -= count;

@@ -13,10 +13,14 @@
 
 namespace kortools::data {
 
+enum class DiskStep { Change, Flush, FlushNames }; // of a file; FlushNames: of all in the folder
+
 struct PreferencesTuning {
     unsigned int chunk_size = 0x10000; // bytes that are written at a time
     unsigned int patience_ms = 30'000; // waits for other users no longer than this
-    std::function<void()> before_step; // called before each change of the disk; may throw
+
+    // Called before everything that is done to the disk, with the file's path. May throw.
+    std::function<void(DiskStep, wchar_t const *)> before_step;
 };
 
 // Puts a serialized container in the place of the record of this key, or adds it. Throws

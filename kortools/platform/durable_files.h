@@ -22,8 +22,9 @@ void unlock_file(FileHandle file);
 // Whether the file at `path` is still the open one: on Linux it may have been deleted or replaced.
 bool is_file_at(FileHandle file, wchar_t const *path);
 
-// Reserves room on the disk for a file of `size` bytes, its contents and size unchanged. False only
-// when it is certain that the disk does not have the room.
+// Reserves room on the disk for a file of `size` bytes, its contents and size unchanged, until its
+// size is set. False only when it is certain that the disk does not have the room; some may be
+// reserved then.
 bool reserve_room(FileHandle file, long long size);
 
 // Brings the name of the file at `path` to the disk, which flushing the file does not do on Linux.

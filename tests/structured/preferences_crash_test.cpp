@@ -4,7 +4,10 @@
 #include "kortools/data/preferences_file.h"
 #include "tests/structured/preferences_support.h"
 
+#include <functional>
 #include <gtest/gtest.h>
+#include <map>
+#include <random>
 
 using namespace kor_test;
 using namespace kortools::data;
@@ -23,12 +26,14 @@ enum class Stop { Crash, Failure };
 enum class Outcome { Saved, Stopped };
 
 // Writes a few bytes at a time, and stops before step `last` (from 0).
-Outcome save_until(
-    std::wstring const &path, RecordKey key, std::string const &container, int last, Stop stop)
+Outcome save_until(std::wstring const &path, RecordKey key, std::string const &container, int last,
+    Stop stop, std::function<void(DiskStep, wchar_t const *)> const &observe = {})
 {
     PreferencesTuning tuning;
     tuning.chunk_size = 13;
-    tuning.before_step = [&, step = 0]() mutable {
+    tuning.before_step = [&, step = 0](DiskStep kind, wchar_t const *file) mutable {
+        if (observe)
+            observe(kind, file);
         if (step++ != last)
             return;
         if (stop == Stop::Crash)
@@ -121,8 +126,9 @@ protected:
 TEST_F(PreferencesCrash, EveryStepOfASaveAndOfTheNextOneLosesNothing)
 {
     State const before = { { make_container('a', 20), make_container('b', 30), {} } };
-    for (unsigned size : { 1U, 20U, 60U }) // shorter than before, as long, longer
-        stop_everywhere(before, make_container('s', size), Stop::Crash, stride);
+    stop_everywhere(before, make_container('s', 20), Stop::Crash, stride);
+    for (unsigned size : { 1U, 60U }) // shorter than before, longer
+        stop_everywhere(before, make_container('s', size), Stop::Crash, 6 * stride);
 }
 
 TEST_F(PreferencesCrash, TheFirstSaveOfAFileLosesNothing)
@@ -134,6 +140,90 @@ TEST_F(PreferencesCrash, AFailingDiskLosesNothing)
 {
     State const before = { { make_container('a', 20), make_container('b', 30), {} } };
     stop_everywhere(before, make_container('s', 35), Stop::Failure, 5 * stride);
+}
+
+// A disk that keeps what was flushed, and of everything else what it likes.
+class PowerLoss {
+public:
+    explicit PowerLoss(std::vector<std::wstring> const &paths)
+    {
+        for (std::wstring const &path : paths)
+            m_flushed[path] = m_named[path] = read_file(path);
+    }
+
+    // Before a step of a save: what the one before has done.
+    void observe(DiskStep step, std::wstring const &path)
+    {
+        if (m_last == DiskStep::Flush)
+            m_flushed[m_last_path] = read_file(m_last_path);
+        for (auto &[name, contents] : m_named) {
+            if (m_last == DiskStep::FlushNames)
+                contents = read_file(name);
+        }
+        m_last = step;
+        m_last_path = path;
+    }
+
+    // The power goes.
+    void strike(std::mt19937 &random)
+    {
+        for (auto const &[path, flushed] : m_flushed) {
+            std::optional<std::string> const now = read_file(path);
+            std::string const kept = flushed.value_or("");
+            // A name that comes or goes has perhaps not done so on the disk.
+            bool const was_there = m_named[path].has_value();
+            bool const is_there = now && was_there ? true : (now || was_there) && random() % 2 == 0;
+            std::filesystem::remove(path);
+            if (is_there)
+                write_file(path, mix(kept, now.value_or(kept), random));
+        }
+    }
+
+private:
+    static std::string mix(std::string const &kept, std::string const &now, std::mt19937 &random)
+    {
+        constexpr std::size_t sector = 16;
+        std::string mixed = random() % 2 == 0 ? kept : now;
+        std::size_t const size = mixed.size();
+        for (std::size_t at = 0; at < size; at += sector) {
+            std::string const &source = random() % 2 == 0 ? kept : now;
+            std::string bytes = source.size() > at ? source.substr(at, sector) : "";
+            bytes.resize(std::min(sector, size - at));
+            mixed.replace(at, bytes.size(), bytes);
+        }
+        return mixed;
+    }
+
+    std::map<std::wstring, std::optional<std::string>> m_flushed; // contents on the disk
+    std::map<std::wstring, std::optional<std::string>> m_named;   // no value: not in the folder
+    DiskStep m_last = DiskStep::Change;
+    std::wstring m_last_path;
+};
+
+TEST_F(PreferencesCrash, PowerThatFailsAtAnyStepLosesNothing)
+{
+    std::mt19937 random(5);
+    State const before = { { make_container('a', 50), make_container('b', 30), {} } };
+    State after = before;
+    for (unsigned size : { 1U, 20U, 50U, 90U }) {
+        after.m_containers[0] = make_container('s', size);
+        Outcome outcome = Outcome::Stopped;
+        for (int last = 0; outcome == Outcome::Stopped; ++last) {
+            for (int strike = 0; strike < 14; strike += stride) {
+                ASSERT_NO_FATAL_FAILURE(reset(before));
+                PowerLoss power({ path, path + L".tmp" });
+                outcome = save_until(path, { 0, 0 }, after.m_containers[0], last, Stop::Crash,
+                    [&](DiskStep step, wchar_t const *file) { power.observe(step, file); });
+                power.strike(random);
+                State const found = load();
+                ASSERT_TRUE(found == after || (outcome == Outcome::Stopped && found == before))
+                    << "before step " << last;
+                bool is_recovered = false;
+                ASSERT_NO_FATAL_FAILURE(recover(found, -1, Stop::Crash, is_recovered));
+                ASSERT_TRUE(is_recovered);
+            }
+        }
+    }
 }
 
 } // namespace
