@@ -25,8 +25,11 @@ try {
     return false;
 }
 
+// By value, as the interface has it for callers that take its address.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 bool CCustomData::LoadFromPrefs(
     CXTString<wchar_t> file, unsigned int id, unsigned int version, bool orOlder)
+// NOLINTEND(performance-unnecessary-value-param)
 try {
     CXSingleLock const lock(&m_section, true);
     PreferencesReader reader(file);
