@@ -6,9 +6,13 @@ import os
 
 FOLDER = os.path.join(os.path.dirname(__file__), "..", "corpus", "text_file")
 TEXT = "first line\r\nh\u00e9 \u20ac \U0001f600\n\n\ttabs\rand a return\n\u0a0a\u0a00\u010a\nlast"
+JAPANESE = " \u3042\u30bd\u8868\u80fd\uff71\u3042"
 
 encodings = {
     "ansi": (0, b"", "utf-8"),
+    "ansi_1252": (0x10, b"", "cp1252"),
+    "ansi_932": (0x20, b"", "cp932"),
+    "ansi_54936": (0x30, b"", "gb18030"),
     "utf8": (0, b"\xef\xbb\xbf", "utf-8"),
     "utf16": (0, b"\xff\xfe", "utf-16-le"),
     "utf16be": (0, b"\xfe\xff", "utf-16-be"),
@@ -18,7 +22,7 @@ encodings = {
 }
 seeds = {}
 for name, (flags, mark, codec) in encodings.items():
-    body = TEXT.encode(codec)
+    body = TEXT.encode(codec, "ignore") + JAPANESE.encode(codec, "ignore")
     seeds[name] = bytes([flags, 5]) + mark + body
     seeds[name + "_binary"] = bytes([flags | 8, 0]) + mark + body
     seeds[name + "_cut"] = bytes([flags | 8, 1]) + mark + body[:-1] + body[22:25]
