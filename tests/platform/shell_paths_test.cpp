@@ -2,6 +2,7 @@
 #include "kortools/platform/shell_paths.h"
 
 #include "kortools/core/xstring.h"
+#include "kortools/platform/file_system.h"
 #include "tests/support/oracle.h"
 
 #include <algorithm>
@@ -154,23 +155,26 @@ bool has_odd_drive(std::wstring_view path)
 {
     bool const has_colon = path.size() >= 2 && path[1] == L':';
     bool const has_letter = has_colon && path[0] < 0x80 && std::isalpha(static_cast<int>(path[0]));
-    return has_colon != has_letter || path.starts_with(L":\\") || path.find(L"\\:\\") != path.npos;
+    return has_colon != has_letter || path.starts_with(L":\\")
+        || path.find(L"\\:\\") != std::wstring_view::npos;
 }
 
 bool has_empty_share(std::wstring_view path)
 {
-    std::size_t const end = path.starts_with(L"\\\\") ? path.find(L'\\', 2) : path.npos;
-    return end != path.npos && (end == 2 || end + 1 == path.size() || path[end + 1] == L'\\');
+    std::size_t const end
+        = path.starts_with(L"\\\\") ? path.find(L'\\', 2) : std::wstring_view::npos;
+    return end != std::wstring_view::npos
+        && (end == 2 || end + 1 == path.size() || path[end + 1] == L'\\');
 }
 
 bool has_double_colon(std::wstring_view path)
 {
-    return path.find(L"::") != path.npos;
+    return path.find(L"::") != std::wstring_view::npos;
 }
 
 bool is_server(std::wstring_view path)
 {
-    return path.starts_with(L"\\\\") && path.find(L'\\', 2) == path.npos;
+    return path.starts_with(L"\\\\") && path.find(L'\\', 2) == std::wstring_view::npos;
 }
 
 bool is_too_long(std::wstring_view path)
@@ -180,13 +184,15 @@ bool is_too_long(std::wstring_view path)
 
 bool has_dotted_name(std::wstring_view path)
 {
-    for (std::size_t at = path.find(L".."); at != path.npos; at = path.find(L"..", at + 1)) {
+    for (std::size_t at = path.find(L".."); at != std::wstring_view::npos;
+         at = path.find(L"..", at + 1)) {
         bool const begins = at == 0 || path[at - 1] == L'\\';
         bool const ends = at + 2 == path.size() || path[at + 2] == L'\\';
         if (begins && (!ends || at == 0))
             return true;
     }
-    return path.starts_with(L".\\") || path.find(L":.\\") != path.npos || path.ends_with(L'.');
+    return path.starts_with(L".\\") || path.find(L":.\\") != std::wstring_view::npos
+        || path.ends_with(L'.');
 }
 
 // Paths of the form "\\...\.." are left out altogether: where the server ends is what differs.
@@ -196,7 +202,7 @@ bool may_leave_its_share(std::wstring_view path)
     portable::canonicalize_path(path, canonical);
     bool const is_unc = path.starts_with(L"\\\\") || canonical.view().starts_with(L"\\\\");
     return canonical.view().ends_with(L'.')
-        || (is_unc && (path.find(L"\\.") != path.npos || path.starts_with(L"\\\\.")));
+        || (is_unc && (path.find(L"\\.") != std::wstring_view::npos || path.starts_with(L"\\\\.")));
 }
 
 constexpr Exception verbatim { "\"\\\\?\\\" differs between versions", is_verbatim };
@@ -318,7 +324,8 @@ TEST(ShellPaths, TheSystemAgreesOnRelativePaths)
             [&](PathText &result) { return system_paths::make_relative_path(from, to, result); });
         Built const own = build(
             [&](PathText &result) { return portable::make_relative_path(from, to, result); });
-        comparison.check("relative", start + L" => " + target, system, own, {});
+        comparison.check(
+            "relative", std::wstring(start).append(L" => ").append(target), system, own, {});
     }
     comparison.expect_counts(1, corpus_size / 2);
 }
@@ -398,4 +405,15 @@ TEST(ShellPaths, LengthsCountUtf16Units)
     EXPECT_EQ(result.length, 81 * 3 + 14U);
     EXPECT_FALSE(portable::make_relative_path({ deep + L"d\\d", true }, { near, false }, result));
     EXPECT_EQ(result.length, 0U);
+}
+
+TEST(ShellPaths, ANetworkPathIsOnAShareOrAMappedDrive)
+{
+    EXPECT_TRUE(system_paths::is_network_path(L"\\\\server\\share\\a"));
+    EXPECT_FALSE(system_paths::is_network_path(L"C:\\a"));
+    EXPECT_FALSE(system_paths::is_network_path(L"a"));
+    kortools::platform::map_drive(L'N', "/");
+    EXPECT_FALSE(system_paths::is_network_path(L"N:\\a")) << "the drive is one of this machine";
+    kortools::platform::map_drive(L'N', "");
+    EXPECT_FALSE(system_paths::is_network_path(L"N:\\a")) << "there is no such drive";
 }

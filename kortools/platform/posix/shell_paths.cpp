@@ -4,37 +4,11 @@
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/posix/mount_table.h"
 #include "kortools/platform/posix/path_mapping.h"
+#include "kortools/platform/posix/place.h"
 
 #include <string>
-#include <vector>
 
 namespace kortools::platform {
-namespace {
-
-bool is_inside(std::string_view path, std::string_view directory)
-{
-    while (directory.ends_with('/'))
-        directory.remove_suffix(1);
-    return path.starts_with(directory)
-        && (path.size() == directory.size() || path[directory.size()] == '/');
-}
-
-// Whether the file system that holds a native path is that of another machine.
-bool is_remote(std::string const &native)
-{
-    std::vector<Mount> const mounts = read_mount_table();
-    Mount const *holder = nullptr;
-    for (Mount const &mount : mounts) {
-        bool const is_closer
-            = holder == nullptr || mount.mount_point.size() >= holder->mount_point.size();
-        if (is_closer && is_inside(native, mount.mount_point))
-            holder = &mount;
-    }
-    return holder != nullptr && !get_remote_names(*holder).empty();
-}
-
-} // namespace
-
 std::size_t find_file_name(std::wstring_view path)
 {
     return portable::find_file_name(path);
@@ -98,7 +72,10 @@ bool is_network_path(std::wstring_view path)
     if (parsed.root != ParsedPath::Root::Drive)
         return false;
     std::string const native = to_native_path(std::wstring { parsed.drive, L':', L'\\' });
-    return !native.empty() && is_remote(native);
+    if (native.empty())
+        return false;
+    Mount const mount = find_place(native).mount;
+    return is_remote_type(mount.type) || !get_remote_names(mount).empty();
 }
 
 } // namespace kortools::platform
