@@ -18,7 +18,7 @@ struct NameParts {
 inline NameParts split_name(std::wstring_view path)
 {
     std::size_t const separator = path.find_last_of(L"\\/:");
-    std::size_t const name = separator == path.npos ? 0 : separator + 1;
+    std::size_t const name = separator == std::wstring_view::npos ? 0 : separator + 1;
     std::wstring_view const last = path.substr(name);
     std::size_t const dot = platform::find_extension(last);
     return { path.substr(0, name), last.substr(0, dot), last.substr(dot) };

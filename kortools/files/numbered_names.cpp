@@ -134,7 +134,7 @@ CXTString<wchar_t> fileNextNumberedName(
 CXTString<wchar_t> fileCreateUniqueName(
     CXTString<wchar_t> const &name, bool parenthesis, int maxLength, bool alwaysNumber)
 {
-    String const start = fileCutName(name, maxLength);
+    String start = fileCutName(name, maxLength);
     if (!alwaysNumber && !fileExists(start))
         return start;
     Series const series(view_of(start), parenthesis, maxLength);

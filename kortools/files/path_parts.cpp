@@ -106,7 +106,7 @@ CXTString<wchar_t> fileGetTopDirectory(CXTString<wchar_t> const &name, bool slas
     std::wstring_view const view = view_of(path);
     std::size_t const root = platform::strip_to_root(view).length;
     std::size_t const first = view.find_first_not_of(L'\\', root);
-    cut(path, first == view.npos ? root : view.find(L'\\', first));
+    cut(path, first == std::wstring_view::npos ? root : view.find(L'\\', first));
     if (slashTerminated && !path.IsEmpty())
         fileSlashTerminate(path);
     return path;

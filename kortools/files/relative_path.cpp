@@ -24,10 +24,10 @@ String without_separator(String directory)
     return directory;
 }
 
-bool is_directory_text(String const &path)
+bool names_directory(String const &path, unsigned int *timeout)
 {
     return fileIsSlashTerminated(path) || platform::is_network_path(view_of(path))
-        || fileIsDirectory(path);
+        || fileIsDirectory(path, false, timeout);
 }
 
 bool needs_separator(std::wstring_view base)
@@ -82,8 +82,8 @@ CXTString<wchar_t> fileMakeRelativePath(CXTString<wchar_t> const &dir,
     return to_string(result);
 }
 
-CXTString<wchar_t> fileMakeAbsolutePath(
-    CXTString<wchar_t> const &base, CXTString<wchar_t> const &path, bool slashTerminateDirectory)
+CXTString<wchar_t> fileMakeAbsolutePath(CXTString<wchar_t> const &base,
+    CXTString<wchar_t> const &path, bool slashTerminateDirectory, unsigned int *timeout)
 {
     if (base.IsEmpty() && path.IsEmpty())
         return {};
@@ -92,7 +92,7 @@ CXTString<wchar_t> fileMakeAbsolutePath(
     String result = is_relative ? resolve(view_of(base), target) : path;
     if (slashTerminateDirectory) {
         fileConvertSlash(result);
-        if (is_directory_text(result))
+        if (names_directory(result, timeout))
             fileSlashTerminate(result);
     }
     return result;

@@ -25,11 +25,13 @@ KORTOOLS_API CXTString<wchar_t> fileMakeRelativePath(CXTString<wchar_t> const &d
 
 // Joins a relative path to `base` and resolves "." and "..", unless the result has 260 characters
 // or more, which only joins; an absolute path stays as it is. With `slashTerminateDirectory` the
-// result gets a '\' at its end when it is a directory: on a network, a root, or one that exists.
+// result gets a '\' at its end when it is a directory: on a network, a root, or one that exists,
+// which is asked within the time-out of file_status.h.
 //
 //   C:\a, ..\b  =>  C:\b        C:\a, D:\b  =>  D:\b        (both empty)  =>  (empty)
 KORTOOLS_API CXTString<wchar_t> fileMakeAbsolutePath(CXTString<wchar_t> const &base,
-    CXTString<wchar_t> const &path, bool slashTerminateDirectory = false);
+    CXTString<wchar_t> const &path, bool slashTerminateDirectory = false,
+    unsigned int *timeout = nullptr);
 
 // Resolves the "." and ".." of a path. False for 260 characters or more, and the path stays.
 //

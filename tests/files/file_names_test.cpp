@@ -43,11 +43,13 @@ private:
 };
 
 class FileNames : public testing::Test {
+public:
+    FileNames(FileNames const &) = delete;
+    FileNames &operator=(FileNames const &) = delete;
+
 protected:
     FileNames() { kortools::text::set_thread_language(kortools::text::english); }
     ~FileNames() override { kortools::text::set_thread_language(0); }
-    FileNames(FileNames const &) = delete;
-    FileNames &operator=(FileNames const &) = delete;
 
     TempFolder m_folder;
     MessageBoxes m_boxes;
