@@ -24,6 +24,7 @@ bool is_old(unsigned int magic)
 }
 
 struct Header {
+    std::size_t offset = 0;
     unsigned int magic = 0;
     unsigned int total = 0;
     unsigned int version = 1;
@@ -192,6 +193,7 @@ Header read_header(Cursor &cursor)
     std::size_t const start = cursor.GetOffset();
     auto const take = [&] { return static_cast<unsigned int>(cursor.TakeNumber(4)); };
     Header header;
+    header.offset = start;
     header.magic = take();
     header.total = take();
     if (!is_present(header.magic) && !is_old(header.magic))
@@ -211,24 +213,21 @@ Header read_header(Cursor &cursor)
     return header;
 }
 
-void put_unless(
-    Report &report, char const *key, unsigned long long number, unsigned long long expected)
-{
-    if (number != expected)
-        report.Put({ 0, key, "by the header", {}, 0 }, key, std::to_string(number));
-}
-
 // What a writer would not write for these contents.
 void report_differences(
     Report &report, Header const &header, Contents const &contents, std::size_t size)
 {
+    auto const put_unless = [&](char const *key, unsigned int number, unsigned long long expected) {
+        if (number != expected)
+            report.Put({ header.offset, key, "in the header", {} }, key, std::to_string(number));
+    };
     if (is_old(header.magic))
-        return put_unless(report, "total", header.total, size);
-    put_unless(report, "total", header.total, size == 0 ? 0 : size + header_size);
-    put_unless(report, "entry_count", header.entries, contents.count);
-    put_unless(report, "data_size", header.data_size, contents.data_size);
-    put_unless(report, "mode", header.mode, 0);
-    put_unless(report, "reserved", header.reserved, 0);
+        return put_unless("total", header.total, size);
+    put_unless("total", header.total, size == 0 ? 0 : size + header_size);
+    put_unless("entry_count", header.entries, contents.count);
+    put_unless("data_size", header.data_size, contents.data_size);
+    put_unless("mode", header.mode, 0);
+    put_unless("reserved", header.reserved, 0);
 }
 
 } // namespace

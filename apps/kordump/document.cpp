@@ -110,7 +110,8 @@ private:
 
     void ReportCount(unsigned long long count)
     {
-        m_report.Put({ 0, "records by the header", "", {}, 0 }, "count", std::to_string(count));
+        m_report.Put(
+            { 0, "count of records", "in the header", {}, 0 }, "count", std::to_string(count));
     }
 
     void ReadRecord()

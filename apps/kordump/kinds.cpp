@@ -5,6 +5,9 @@
 #include "apps/kordump/text_codec.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
@@ -111,20 +114,45 @@ std::string encode_text(Json const &value, unsigned int unit)
 
 // --- Arrays
 
-FieldType integer_of(unsigned long long size)
+// What the elements of an array may be. Nothing says it; a guess only has to be told to be undone.
+enum class Likely { Integer, Float };
+
+// Numbers that people use, neither tiny nor huge, are unlikely bits of the other kind.
+Likely guess_elements(ByteSpan data, std::size_t size)
 {
-    return size == 1 ? FieldType::I8
-        : size == 2  ? FieldType::I16
-        : size == 4  ? FieldType::I32
-                     : FieldType::I64;
+    bool any = false;
+    for (; !data.empty(); data = data.subspan(size)) {
+        unsigned long long const bits = read_number(data.first(size));
+        double const value = size == 4
+            ? static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)))
+            : std::bit_cast<double>(bits);
+        constexpr double least = 1e-9;
+        constexpr double most = 1e12;
+        if (value != 0 && !(std::abs(value) > least && std::abs(value) < most))
+            return Likely::Integer;
+        any = any || value != 0;
+    }
+    return any ? Likely::Float : Likely::Integer;
 }
 
-bool is_integer_size(unsigned long long size)
+// Nothing for elements that are no numbers.
+std::optional<FieldType> guess_type(ByteSpan data, std::size_t size)
 {
-    return size == 1 || size == 2 || size == 4 || size == 8;
+    bool const is_float = (size == 4 || size == 8) && guess_elements(data, size) == Likely::Float;
+    switch (size) {
+    case 1:
+        return FieldType::I8;
+    case 2:
+        return FieldType::I16;
+    case 4:
+        return is_float ? FieldType::F32 : FieldType::I32;
+    case 8:
+        return is_float ? FieldType::F64 : FieldType::I64;
+    default:
+        return std::nullopt;
+    }
 }
 
-// Elements that may be integers are shown as such; others as their bytes.
 std::optional<std::string> decode_array(ByteSpan data)
 {
     if (data.size() <= 4)
@@ -134,31 +162,40 @@ std::optional<std::string> decode_array(ByteSpan data)
     if (count == 0 || data.size() % count != 0)
         return std::nullopt;
     std::size_t const size = data.size() / count;
-    std::string json = "{\"element_size\": " + std::to_string(size) + ", \"elements\": [";
+    auto const type = guess_type(data, size);
+    std::string json = type ? "{\"type\": " + quote(get_type_name(*type))
+                            : "{\"element_size\": " + std::to_string(size);
+    json += ", \"elements\": [";
     for (std::size_t i = 0; i < count; ++i) {
         ByteSpan const element = data.subspan(i * size, size);
         json += i > 0 ? ", " : "";
-        json += is_integer_size(size) ? print_plain(integer_of(size), read_number(element))
-                                      : '"' + to_hex(element) + '"';
+        json += type ? print_plain(*type, read_number(element)) : '"' + to_hex(element) + '"';
     }
     return json + "]}";
 }
 
+std::string encode_element(Json const &array, Json const &element)
+{
+    if (!array.contains("type")) {
+        std::string const bytes = from_hex(element.get_ref<std::string const &>());
+        if (array.at("element_size") != bytes.size())
+            throw std::runtime_error("elements differ in size");
+        return bytes;
+    }
+    auto const types = LayoutTable::ParseFields(array["type"].get_ref<std::string const &>());
+    if (types.size() != 1 || get_plain_size(types[0].type) == 0)
+        throw std::runtime_error("an array's type is one of numbers");
+    return put_number(parse_plain(types[0].type, element), get_plain_size(types[0].type));
+}
+
 std::string encode_array(Json const &value)
 {
-    auto const size = parse_number(value.at("element_size"), 0xFFFFFFFF);
     Json const &elements = value.at("elements");
     if (!elements.is_array() || elements.empty())
         throw std::runtime_error("an array needs elements");
     std::string bytes = put_number(elements.size(), 4);
-    for (Json const &element : elements) {
-        std::string const data = element.is_string()
-            ? from_hex(element.get_ref<std::string const &>())
-            : put_number(parse_plain(integer_of(size), element), static_cast<unsigned int>(size));
-        if (data.size() != size || (!element.is_string() && !is_integer_size(size)))
-            throw std::runtime_error("an element does not have " + std::to_string(size) + " bytes");
-        bytes += data;
-    }
+    for (Json const &element : elements)
+        bytes += encode_element(value, element);
     return bytes;
 }
 

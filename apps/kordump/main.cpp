@@ -192,7 +192,9 @@ void declare(CLI::App &app, Options &options)
     app.add_option("-o,--output", options.output, "Where to write (else to standard output)");
     app.add_option("--as", options.format, "What the file is (else it is recognised)")
         ->check(CLI::IsMember({ "archive", "custom-data", "preferences", "tree", "raw" }));
-    app.add_option("-c,--classes", options.class_files, "Texts that describe further classes");
+    app.add_option("-c,--classes", options.class_files,
+           "A text that describes further classes; may be repeated")
+        ->allow_extra_args(false);
     app.add_option("-t,--top", options.top,
         "What lies in an archive outside objects, as \"u32 string object[]\" (else objects)");
 }
