@@ -246,7 +246,7 @@ void ArchiveWriter::WriteClass(Json const &object)
                                                 : WriteIndex(latest->second, 1, object);
     }
     auto const name = parse_number(object["class_index"], ~0ULL);
-    auto const [found, is_new] = m_classes.try_emplace(name, key, m_next);
+    auto const [found, is_new] = m_classes.try_emplace(name, Class { key, m_next });
     if (found->second.key != key)
         throw std::runtime_error("class " + std::to_string(name) + " is " + found->second.key.first
             + ", not " + key.first);
