@@ -185,6 +185,7 @@ int restore(Options const &options)
 void declare(CLI::App &app, Options &options)
 {
     app.footer(footer);
+    app.allow_windows_style_options(false); // a path may begin with a slash
     app.add_option("FILE", options.file, "The file; JSON with --from-json, then - is stdin");
     auto *const json = app.add_flag("-j,--json", options.json, "Shows it as JSON");
     app.add_flag("--from-json", options.from_json, "Writes the file that JSON describes")
