@@ -242,6 +242,7 @@ void CXStdioFile::Abort()
         WriteBuffer();
     } catch (CXException *exception) {
         exception->Delete();
+    } catch (...) { // no memory to tell of it
     }
     Restart();
     CXFile::Abort();
