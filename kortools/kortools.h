@@ -58,9 +58,11 @@
 #include "kortools/files/tmp_name.h"
 #include "kortools/files/wildcards.h"
 
+#include "kortools/app/application.h"
+#include "kortools/app/application_paths.h"
+#include "kortools/app/custom_thread.h"
 #include "kortools/app/log.h"
 #include "kortools/app/log_info.h"
-#include "kortools/app/custom_thread.h"
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"
 #include "kortools/app/thread.h"

@@ -3,7 +3,8 @@
 // their blocks, and leaves the file's buffer in a single call of the system.
 #include "kortools/app/log.h"
 
-#include "kortools/app/log_place.h"
+#include "kortools/app/application.h"
+#include "kortools/app/application_paths.h"
 #include "kortools/app/thread_registry.h"
 #include "kortools/archive/stdio_file_ex.h"
 #include "kortools/core/critical_section.h"
@@ -108,7 +109,7 @@ CXTString<wchar_t> find_place(CXTString<wchar_t> const &path, LogFileMode mode)
 {
     CXTString<wchar_t> place = path;
     if (!has_directory(path))
-        place = kortools::app::get_log_folder() + path;
+        place = GetUserApplicationDataPath() + path;
     return mode == logFileNew ? fileCreateUniqueName(place, true) : place;
 }
 
@@ -213,7 +214,7 @@ void Log::unlock()
 
 void write_header()
 {
-    CXTString<wchar_t> const name = kortools::app::get_log_title();
+    CXTString<wchar_t> const name = GetApplicationName(true);
     CXTString<wchar_t> const time = CXTime::GetTickCount().Format(L"%c");
     WriteToLogFile(L"\n\n*************************\nLogging information for %s (%s)\nRelease Mode\n"
                    L"*************************\n",

@@ -5,6 +5,7 @@
 #include "kortools/export.h"
 
 #include <string>
+#include <string_view>
 
 namespace kortools::platform {
 
@@ -15,6 +16,10 @@ KORTOOLS_API std::wstring get_user_data_folder();
 
 // Of all users, on this machine: ProgramData on Windows, /var/lib on Linux; in the same form.
 KORTOOLS_API std::wstring get_common_data_folder();
+
+// Linux: another folder than /var/lib, for programs whose users may not write there; an empty path
+// is /var/lib again. Thread safe. Windows: returns false.
+KORTOOLS_API bool set_common_data_folder(std::wstring_view path);
 
 // Of the calling user, for what need not last: on Linux $TMPDIR when that is an absolute path to a
 // directory, else /tmp. In the same form; empty when there is no such directory.

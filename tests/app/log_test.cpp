@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/app/log.h"
 
+#include "kortools/app/application.h"
+#include "kortools/app/application_paths.h"
 #include "kortools/app/log_info.h"
-#include "kortools/app/log_place.h"
 #include "kortools/app/thread_records.h"
 #include "kortools/archive/archive.h"
 #include "kortools/archive/stdio_file_ex.h"
@@ -74,7 +75,7 @@ template <class Call> void run_elsewhere(Call call)
 TEST_F(LogFile, BeginsWithAHeader)
 {
     std::string const stars(25, '*');
-    std::string const name = CXTString<char>(kortools::app::get_log_title()).GetConstBuffer();
+    std::string const name = CXTString<char>(GetApplicationName(true)).GetConstBuffer();
     auto const get_expected = [&] {
         std::string const time
             = CXTString<char>(CXTime::GetTickCount().Format(L"%c")).GetConstBuffer();
@@ -138,8 +139,7 @@ TEST_F(LogFile, AFailedOpenLeavesOnlyTheLevel)
 
 TEST_F(LogFile, LiesWithTheUsersDataWhenItHasNoDirectory)
 {
-    EXPECT_EQ(kortools::app::get_log_title(), L"log_test");
-    CXTString<wchar_t> const folder = kortools::app::get_log_folder();
+    CXTString<wchar_t> const folder = GetUserApplicationDataPath();
     std::filesystem::path const native = kortools::platform::to_native_path(folder.GetView());
     std::filesystem::remove_all(native);
     for (wchar_t const *const name : { L"here.log", L"here (1).log" }) {

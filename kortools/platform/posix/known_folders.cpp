@@ -4,9 +4,11 @@
 #include "kortools/platform/file_system.h"
 
 #include <cstdlib>
+#include <mutex>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace kortools::platform {
@@ -37,6 +39,18 @@ std::string without_end(std::string path)
     return path;
 }
 
+struct CommonFolder {
+    std::mutex m_lock;
+    std::wstring m_path; // empty: that of the system
+};
+
+// Never destroyed: it may be asked for at the very end.
+CommonFolder &get_common_folder()
+{
+    static CommonFolder &s_folder = *new CommonFolder;
+    return s_folder;
+}
+
 bool is_directory(char const *path)
 {
     struct stat status;
@@ -59,7 +73,18 @@ std::wstring get_user_data_folder()
 
 std::wstring get_common_data_folder()
 {
-    return from_native_path("/var/lib");
+    CommonFolder &common = get_common_folder();
+    std::scoped_lock const lock(common.m_lock);
+    return common.m_path.empty() ? from_native_path("/var/lib") : common.m_path;
+}
+
+bool set_common_data_folder(std::wstring_view path)
+{
+    std::wstring chosen(path.substr(0, path.find_last_not_of(L"\\/") + 1));
+    CommonFolder &common = get_common_folder();
+    std::scoped_lock const lock(common.m_lock);
+    common.m_path = std::move(chosen);
+    return true;
 }
 
 std::wstring get_temp_folder()

@@ -33,6 +33,11 @@ std::wstring get_common_data_folder()
     return get_known_folder(FOLDERID_ProgramData, 0);
 }
 
+bool set_common_data_folder(std::wstring_view)
+{
+    return false;
+}
+
 std::wstring get_temp_folder()
 {
     wchar_t path[MAX_PATH + 1] = {};

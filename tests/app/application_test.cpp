@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/app/application.h"
+#include "kortools/app/application_paths.h"
+#include "kortools/app/application_state.h"
+#include "kortools/data/custom_data.h"
+#include "kortools/files/file_status.h"
+#include "kortools/files/path_parts.h"
+#include "kortools/platform/current_directory.h"
+#include "kortools/platform/file_system.h"
+#include "kortools/platform/known_folders.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+namespace platform = kortools::platform;
+
+using Text = CXTString<wchar_t>;
+
+std::wstring to_std(Text const &text)
+{
+    return { text.GetConstBuffer(), static_cast<std::size_t>(text.GetLength()) };
+}
+
+class Application : public testing::Test {
+protected:
+    ~Application() override { kortools::app::ApplicationState::get().reset(); }
+
+    // A name that no other test run has.
+    std::wstring const unique = TempFolder().GetPath().filename().wstring();
+};
+
+TEST_F(Application, IsTheRunningProgramUntilItIsSet)
+{
+    Text const program = GetApplicationPath();
+    EXPECT_TRUE(fileExists(program));
+    EXPECT_EQ(to_std(program).substr(1, 2), L":\\");
+    EXPECT_EQ(GetApplicationPath(true) + GetApplicationName(), program);
+    EXPECT_EQ(GetApplicationName(true), L"application_test");
+    EXPECT_EQ(GetInternalProductName(), L"application_test");
+    EXPECT_EQ(GetInternalProductName(true), L"application_test");
+
+    SetApplicationPath(L"C:\\Apps\\bin\\..\\Viewer.exe");
+    EXPECT_EQ(GetApplicationPath(), L"C:\\Apps\\bin\\..\\Viewer.exe");
+    EXPECT_EQ(GetApplicationName(), L"Viewer.exe");
+    EXPECT_EQ(GetInternalProductName(), L"Viewer");
+    SetApplicationPath(L"sub\\Viewer.exe");
+    EXPECT_EQ(to_std(GetApplicationPath(true)), platform::get_current_directory() + L"\\sub\\");
+    SetApplicationPath(L"");
+    EXPECT_EQ(GetApplicationPath(), program);
+}
+
+TEST_F(Application, TheProductsNameStandsInEveryPath)
+{
+    std::wstring const user = platform::get_user_data_folder() + L"\\Brantis\\";
+    std::wstring const common = platform::get_common_data_folder() + L"\\Brantis\\";
+    SetApplicationPath(Text(L"C:\\Apps\\" + unique + L".exe"));
+    EXPECT_EQ(to_std(GetUserApplicationDataPath()), user + unique + L"\\");
+    EXPECT_EQ(
+        to_std(GetPreferencesFile()), user + unique + L"\\Preferences\\" + unique + L".prefs");
+    EXPECT_EQ(to_std(GetCommonApplicationDataPath()), common + unique + L"\\");
+
+    SetInternalProductName(Text(unique + L" P"), 16);
+    EXPECT_EQ(to_std(GetInternalProductName()), unique + L" P");
+    EXPECT_EQ(to_std(GetInternalProductName(true)), unique + L" P 16");
+    EXPECT_EQ(to_std(GetUserApplicationDataPath()), user + unique + L" P 16\\");
+    EXPECT_EQ(to_std(GetUserApplicationDataPath(true)), user + unique + L" P\\");
+    EXPECT_EQ(to_std(GetUserApplicationDataPath(false, unique.c_str())),
+        user + unique + L"\\" + unique + L" P 16\\");
+    EXPECT_EQ(to_std(GetCommonPreferencesPath()), common + unique + L" P 16\\Preferences\\");
+    EXPECT_EQ(to_std(GetPreferencesFile()),
+        user + unique + L" P 16\\Preferences\\" + unique + L" P.prefs");
+    EXPECT_FALSE(fileDirectoryExists(GetUserPreferencesPath()));
+    EXPECT_TRUE(fileDirectoryExists(GetUserPreferencesPath(true)));
+
+    CCustomData data;
+    data.SetInt(1, 1);
+    EXPECT_TRUE(data.SaveToPrefs(GetPreferencesFile(), 1, 1));
+    for (std::wstring const &made : { unique, unique + L" P", unique + L" P 16" }) {
+        std::string const native = platform::to_native_path(user + made);
+        EXPECT_TRUE(std::filesystem::remove_all(
+            std::filesystem::path(std::u8string(native.begin(), native.end()))));
+    }
+}
+
+TEST_F(Application, PreferencesGoWhereTheHostWantsThem)
+{
+    TempFolder folder;
+    Text const wanted = folder.GetFile(L"a/b");
+    SetUserPreferencesPath(wanted);
+    SetCommonPreferencesPath(wanted + L"\\");
+    EXPECT_EQ(GetUserPreferencesPath(), wanted + L"\\");
+    EXPECT_EQ(GetCommonPreferencesPath(), wanted + L"\\");
+    EXPECT_FALSE(fileDirectoryExists(wanted));
+    EXPECT_EQ(GetCommonPreferencesPath(true), wanted + L"\\");
+    EXPECT_TRUE(fileDirectoryExists(wanted));
+    SetInternalProductName(L"Product", 3);
+    EXPECT_EQ(GetPreferencesFile(), wanted + L"\\Product.prefs");
+    SetCommonPreferencesPath(L"");
+    EXPECT_NE(GetCommonPreferencesPath(), wanted + L"\\");
+}
+
+TEST_F(Application, DataOfAllUsersIsMadeOnlyWhenThatIsAskedFor)
+{
+    TempFolder folder;
+    std::wstring const here = platform::from_native_path(folder.GetPath().string());
+    if (!platform::set_common_data_folder(here + L'\\')) // Windows has its own
+        return;
+    SetInternalProductName(L"Product", 3);
+    Text const data = GetCommonApplicationDataPath();
+    EXPECT_EQ(to_std(data), here + L"\\Brantis\\Product 3\\");
+    EXPECT_FALSE(fileDirectoryExists(data));
+    EXPECT_TRUE(fileDirectoryExists(GetCommonPreferencesPath(true)));
+    platform::set_common_data_folder(L"");
+    EXPECT_EQ(GetCommonApplicationDataPath(), data); // kept
+}
+
+} // namespace
