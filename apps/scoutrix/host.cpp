@@ -4,6 +4,7 @@
 #include "apps/common/console.h"
 #include "apps/common/paths.h"
 #include "apps/scoutrix/commands.h"
+#include "apps/scoutrix/host_log.h"
 #include "kortools/archive/exception.h"
 
 #include <CLI/CLI.hpp>
@@ -23,6 +24,7 @@ public:
         m_app.allow_windows_style_options(false); // /a/b is a path
         m_app.fallthrough();                      // the host's own options may follow the command
         m_app.add_option("--settings", m_settings, "The settings to use, in place of your own");
+        m_app.add_option("--log", m_log, "The log to go on with, in place of your own");
         AddImport();
         AddList();
         AddNodes();
@@ -38,14 +40,41 @@ public:
         } catch (CLI::ParseError const &error) {
             return m_app.exit(error) == 0 ? 0 : 2;
         }
-        Session session(
-            SettingsFile(m_settings.empty() ? SettingsFile::GetDefaultPath()
-                                            : kor_apps::make_absolute(from_utf8(m_settings))));
-        return m_command(session);
+        HostLog const log(m_log.empty() ? Text() : kor_apps::make_absolute(from_utf8(m_log)));
+        log_line(Describe(arguments));
+        int const result = RunCommand();
+        Text end;
+        end.Format(L"exit code %d", result);
+        log_line(end);
+        return result;
     }
 
 private:
     using Command = std::function<int(Session &)>;
+
+    static Text Describe(std::vector<std::string> const &arguments)
+    {
+        Text line = L"command:";
+        for (std::string const &argument : arguments)
+            line += L" \"" + from_utf8(argument) + L"\"";
+        return line;
+    }
+
+    int RunCommand()
+    {
+        try {
+            Session session(
+                SettingsFile(m_settings.empty() ? SettingsFile::GetDefaultPath()
+                                                : kor_apps::make_absolute(from_utf8(m_settings))));
+            return m_command(session);
+        } catch (CXException *exception) {
+            report_error(exception->GetErrorMessage());
+            exception->Delete();
+        } catch (std::exception const &error) {
+            report_error(from_utf8(error.what()));
+        }
+        return 1;
+    }
 
     CLI::App &AddCommand(char const *name, char const *description, Command command)
     {
@@ -136,6 +165,7 @@ private:
     CLI::App m_app { "Keeps what is in your 3D and image files in a scene.", "scoutrix" };
     Command m_command;
     std::string m_settings;
+    std::string m_log;
     std::string m_scene;
     ImportOptions m_import;
     ListOptions m_list;
@@ -152,15 +182,7 @@ private:
 
 int run_host(std::vector<std::string> const &arguments)
 {
-    try {
-        return CommandLine().Run(arguments);
-    } catch (CXException *exception) {
-        kor_apps::print_error("scoutrix", exception->GetErrorMessage());
-        exception->Delete();
-    } catch (std::exception const &error) {
-        kor_apps::print_error("scoutrix", from_utf8(error.what()));
-    }
-    return 1;
+    return CommandLine().Run(arguments);
 }
 
 } // namespace scoutrix

@@ -3,12 +3,13 @@
 
 #include "apps/common/console.h"
 #include "apps/common/paths.h"
+#include "apps/scoutrix/host_folder.h"
+#include "apps/scoutrix/host_log.h"
 #include "kortools/archive/exception.h"
 #include "kortools/archive/file.h"
 #include "kortools/data/custom_data.h"
 #include "kortools/files/directories.h"
 #include "kortools/files/file_status.h"
-#include "kortools/platform/known_folders.h"
 
 #include <charconv>
 #include <filesystem>
@@ -130,11 +131,6 @@ CCustomData write_settings(Settings const &settings)
     return data;
 }
 
-void warn(Text const &message)
-{
-    kor_apps::print_error("scoutrix", L"warning: " + message);
-}
-
 bool is_free(Text const &path)
 {
     CXFile file(true);
@@ -151,10 +147,8 @@ std::span<SettingInfo const> get_setting_infos()
 
 Text SettingsFile::GetDefaultPath()
 {
-    std::wstring const folder = kortools::platform::get_user_data_folder();
-    if (folder.empty())
-        return {};
-    return Text(folder.c_str()) + L"\\Brantis\\scoutrix\\Preferences\\scoutrix.prefs";
+    Text const folder = get_host_folder();
+    return folder.IsEmpty() ? folder : folder + L"Preferences\\scoutrix.prefs";
 }
 
 Settings SettingsFile::Load() const
@@ -175,7 +169,7 @@ Settings SettingsFile::Load() const
     if (is_free(m_path))
         KeepAside();
     else
-        warn(m_path + L" cannot be read; the settings are the defaults");
+        report_warning(m_path + L" cannot be read; the settings are the defaults");
     return {};
 }
 
@@ -187,9 +181,10 @@ void SettingsFile::KeepAside() const
     std::error_code error;
     std::filesystem::rename(kor_apps::to_native(m_path), kor_apps::to_native(aside), error);
     if (error)
-        warn(m_path + L" is damaged; the settings are the defaults");
+        report_warning(m_path + L" is damaged; the settings are the defaults");
     else
-        warn(m_path + L" is damaged and was kept as " + aside + L"; the settings are the defaults");
+        report_warning(
+            m_path + L" is damaged and was kept as " + aside + L"; the settings are the defaults");
 }
 
 bool SettingsFile::Save(Settings const &settings) const
@@ -201,7 +196,7 @@ bool SettingsFile::Save(Settings const &settings) const
         fileCreateDirectory(folder, true);
     bool const saved = write_settings(settings).SaveToPrefs(m_path, record_id, record_version);
     if (!saved)
-        warn(L"the settings could not be saved in " + m_path);
+        report_warning(L"the settings could not be saved in " + m_path);
     return saved;
 }
 

@@ -21,7 +21,8 @@ protected:
     // The exit code; what is printed stays in m_output and m_errors.
     int Run(std::vector<std::string> arguments)
     {
-        arguments.insert(arguments.begin(), { "scoutrix", "--settings", m_settings });
+        arguments.insert(
+            arguments.begin(), { "scoutrix", "--settings", m_settings, "--log", m_log });
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
         int const result = scoutrix::run_host(arguments);
@@ -58,6 +59,7 @@ protected:
     TempFolder const m_folder;
     std::string const m_settings = to_utf8(m_folder.GetPath() / "settings" / "host.prefs");
     std::string const m_scene = to_utf8(m_folder.GetPath() / "a.scene");
+    std::string const m_log = to_utf8(m_folder.GetPath() / "host.log");
     std::string m_output;
     std::string m_errors;
 };
