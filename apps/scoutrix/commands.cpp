@@ -2,8 +2,11 @@
 #include "apps/scoutrix/commands.h"
 
 #include "apps/common/console.h"
+#include "apps/common/progress.h"
 #include "apps/scene/scene_file.h"
-#include "apps/scoutrix/importer.h"
+#include "apps/scoutrix/host_log.h"
+#include "apps/scoutrix/import_batch.h"
+#include "kortools/app/parallel.h"
 #include "kortools/archive/exception.h"
 
 #include <algorithm>
@@ -13,22 +16,26 @@ namespace {
 
 using kor_apps::from_utf8;
 
-// Imports what it can; the number of files that failed.
-int put_files(Settings const &settings, std::vector<std::string> const &files, CScene &scene)
+// Puts what could be read into the scene; the number of files that could not.
+int put_files(std::deque<ImportTask> const &tasks, CScene &scene)
 {
     int failures = 0;
-    for (std::string const &file : files) {
-        Text const path = from_utf8(file);
-        try {
-            kor_apps::ProgressLine progress(path, settings.progress);
-            scene.Put(import_file(path, progress));
-        } catch (CXException *exception) {
-            kor_apps::print_error("scoutrix", exception->GetErrorMessage());
-            exception->Delete();
-            ++failures;
+    for (ImportTask const &task : tasks) {
+        if (task.error.IsEmpty()) {
+            scene.Put(task.file);
+            continue;
         }
+        report_error(task.error);
+        ++failures;
     }
     return failures;
+}
+
+void save_session(Session &session, CScene const &scene, Text const &path)
+{
+    save_scene(scene, path);
+    log_line(L"saved " + path);
+    session.Remember(path);
 }
 
 CSceneNode &find_node(CScene &scene, Text const &name)
@@ -85,12 +92,19 @@ void Session::Remember(Text const &scene)
 int import_files(Session &session, ImportOptions const &options, Text const &path)
 {
     auto const scene = options.append ? load_scene(path) : std::make_unique<CScene>();
-    if (put_files(session.settings, options.files, *scene) > 0) {
-        kor_apps::print_error("scoutrix", L"no scene written: a file could not be imported");
+    std::deque<ImportTask> tasks;
+    for (std::string const &file : options.files)
+        tasks.emplace_back(from_utf8(file));
+    kor_apps::ConsoleProgress progress(L"importing", session.settings.progress);
+    if (!run_imports(tasks, OMPGetMaxThreadCount()) || progress.Finish()) {
+        report_error(L"cancelled; no scene written");
+        return kor_apps::exit_cancelled;
+    }
+    if (put_files(tasks, *scene) > 0) {
+        report_error(L"no scene written: a file could not be imported");
         return 1;
     }
-    save_scene(*scene, path);
-    session.Remember(path);
+    save_session(session, *scene, path);
     print_scene(*scene, {});
     return 0;
 }
@@ -118,8 +132,7 @@ int remove_nodes(Session &session, Text const &path, std::vector<std::string> co
         if (scene->GetTree().NodeExist(TreeTraversalMode::descendants, nullptr, node))
             scene->Remove(node);
     }
-    save_scene(*scene, path);
-    session.Remember(path);
+    save_session(session, *scene, path);
     return 0;
 }
 
@@ -153,8 +166,7 @@ int set_value(
         node.GetProperties().SetString(propertyName, value);
     else
         node.SetUserValue(key, value);
-    save_scene(*scene, path);
-    session.Remember(path);
+    save_session(session, *scene, path);
     return 0;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The commands of scoutrix. Each returns the exit code, 0 or 1, and throws CXException for what
+// The commands of scoutrix. Each returns the exit code: 0, 1, or 130 when the user has cancelled;
+// and throws CXException for what
 // cannot be done. A command that changes a scene writes it as a whole or leaves it as it was.
 #pragma once
 

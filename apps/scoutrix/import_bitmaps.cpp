@@ -107,7 +107,7 @@ void check_png_chunks(ImportSource const &source, unsigned long long offset)
             source.Fail(L"the file is cut");
         if (std::memcmp(head + 4, "IEND", 4) == 0)
             return;
-        source.progress.Update(offset, length);
+        source.Update(offset);
     }
 }
 

@@ -22,7 +22,6 @@ class LineReader {
 public:
     explicit LineReader(ImportSource const &source)
         : m_source(source)
-        , m_length(source.file.GetLength())
         , m_block(64 * 1024)
     {
     }
@@ -50,7 +49,7 @@ private:
         m_size = m_source.file.Read(m_block.data(), static_cast<unsigned>(m_block.size()));
         m_next = 0;
         m_read += m_size;
-        m_source.progress.Update(m_read, m_length);
+        m_source.Update(m_read);
         return m_size > 0;
     }
 
@@ -81,7 +80,6 @@ private:
     }
 
     ImportSource const &m_source;
-    unsigned long long const m_length;
     std::vector<char> m_block;
     std::size_t m_next = 0; // first byte of m_block not yet used
     std::size_t m_size = 0; // bytes of m_block that are filled

@@ -2,6 +2,7 @@
 #include "apps/scoutrix/importer.h"
 
 #include "apps/common/paths.h"
+#include "kortools/app/thread_registry.h"
 #include "kortools/archive/file.h"
 
 #include <chrono>
@@ -52,6 +53,13 @@ void ImportSource::Fail(wchar_t const *reason) const
     kor_apps::fail(name + L": " + reason);
 }
 
+void ImportSource::Update(unsigned long long bytes) const
+{
+    done = bytes;
+    if (ShouldCancelThread(0))
+        Fail(L"cancelled");
+}
+
 void ImportSource::Read(unsigned long long offset, void *target, unsigned int size) const
 {
     file.Seek(static_cast<long long>(offset), CXFile::begin);
@@ -59,13 +67,13 @@ void ImportSource::Read(unsigned long long offset, void *target, unsigned int si
         Fail(L"the file is cut");
 }
 
-SceneFile import_file(Text const &path, kor_apps::ProgressLine &progress)
+SceneFile import_file(Text const &path, std::atomic<unsigned long long> &done)
 {
     CXFile file(true);
     CXFileException error;
     if (!file.Open(path, CXFile::modeRead | CXFile::shareDenyWrite, &error))
         kor_apps::fail(error.GetErrorMessage());
-    ImportSource const source { file, path, progress };
+    ImportSource const source { file, path, done };
     Format const &format = find_format(source);
     file.Seek(0, CXFile::begin);
     SceneFile result;

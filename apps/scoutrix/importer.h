@@ -7,19 +7,26 @@
 #include "apps/common/console.h"
 #include "apps/scene/scene.h"
 #include "kortools/archive/exception.h"
+#include "kortools/archive/file.h"
+
+#include <atomic>
 
 namespace scoutrix {
 
-// What a scene takes of the file at `path`.
-SceneFile import_file(Text const &path, kor_apps::ProgressLine &progress);
+// What a scene takes of the file at `path`. `done` counts the bytes that were looked at. Throws
+// soon when the calling thread is to be cancelled.
+SceneFile import_file(Text const &path, std::atomic<unsigned long long> &done);
 
 // The readers, each for a file open at its beginning. `name` is for messages.
 struct ImportSource {
     CXFile &file;
     Text const &name;
-    kor_apps::ProgressLine &progress;
+    std::atomic<unsigned long long> &done;
 
     [[noreturn]] void Fail(wchar_t const *reason) const; // "name: reason"
+
+    // To be called now and then with the bytes that were looked at.
+    void Update(unsigned long long bytes) const;
 
     // Reads `size` bytes at `offset`, or fails because the file is cut.
     void Read(unsigned long long offset, void *target, unsigned int size) const;

@@ -27,8 +27,8 @@ std::string read_bytes(std::filesystem::path const &path)
 
 scoutrix::SceneFile import(std::wstring const &path)
 {
-    kor_apps::ProgressLine progress(L"");
-    return scoutrix::import_file(path.c_str(), progress);
+    std::atomic<unsigned long long> done { 0 };
+    return scoutrix::import_file(path.c_str(), done);
 }
 
 // The message with which importing the bytes fails; empty when they are accepted.
@@ -279,6 +279,7 @@ TEST(Scene, RefusesEveryCutAndEveryChangedByteOrLoadsWhole)
     scene.Put(import(sample("cube.obj")));
     std::vector<unsigned char> const bytes = store(scene);
     auto const load = [&](std::vector<unsigned char> const &changed) {
+        std::filesystem::remove(folder.GetPath() / "scene"); // quicker than to overwrite it
         std::ofstream(folder.GetPath() / "scene", std::ios::binary)
             .write(reinterpret_cast<char const *>(changed.data()),
                 static_cast<std::streamsize>(changed.size()));
