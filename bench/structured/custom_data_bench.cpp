@@ -10,10 +10,13 @@
 #include <QIODevice>
 #include <QVariantMap>
 #include <benchmark/benchmark.h>
+#include <flatbuffers/flexbuffers.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <string>
+#include <type_traits>
 #include <unordered_map>
 #include <variant>
 #include <vector>
@@ -102,6 +105,76 @@ struct Variants {
     void remove(unsigned i) { map.erase(id_of(i)); }
     std::size_t count() const { return map.size(); }
     std::wstring read;
+};
+
+// The same map, stored as a FlexBuffers document, whose keys are texts; "get" reads from the
+// document.
+struct FlexBuffers : Variants {
+    std::vector<std::string> keys;
+    std::vector<unsigned char> document;
+    explicit FlexBuffers(unsigned count)
+        : Variants(count)
+    {
+        for (unsigned i = 0; i < count; ++i)
+            keys.push_back(std::to_string(id_of(i)));
+    }
+    bool get(unsigned i)
+    {
+        if (document.empty())
+            write();
+        auto const value = flexbuffers::GetRoot(document).AsMap()[keys[i].c_str()];
+        if (i % 3 == 2)
+            read = text_of(value);
+        return i % 3 == 0 ? value.IsInt() : i % 3 == 1 ? value.IsFloat() : !read.empty();
+    }
+    void write()
+    {
+        flexbuffers::Builder builder;
+        std::size_t const start = builder.StartMap();
+        for (auto const &[id, value] : map) {
+            builder.Key(std::to_string(id));
+            if (int const *number = std::get_if<int>(&value))
+                builder.Int(*number);
+            else if (double const *real = std::get_if<double>(&value))
+                builder.Double(*real);
+            else if (auto const *text = std::get_if<std::wstring>(&value))
+                builder.Blob(text->data(), text->size() * sizeof(wchar_t));
+        }
+        builder.EndMap(start);
+        builder.Finish();
+        document = builder.GetBuffer();
+    }
+    static std::wstring text_of(flexbuffers::Reference value)
+    {
+        auto const blob = value.AsBlob();
+        std::wstring text(blob.size() / sizeof(wchar_t), L'\0');
+        std::memcpy(text.data(), blob.data(), blob.size());
+        return text;
+    }
+    std::vector<char> store()
+    {
+        write();
+        return { document.begin(), document.end() };
+    }
+    void load(std::vector<char> const &bytes)
+    {
+        map.clear();
+        auto const root = flexbuffers::GetRoot(
+            reinterpret_cast<unsigned char const *>(bytes.data()), bytes.size());
+        auto const entries = root.AsMap();
+        auto const ids = entries.Keys();
+        auto const values = entries.Values();
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            auto const id = static_cast<unsigned>(std::strtoul(ids[i].AsKey(), nullptr, 10));
+            auto const value = values[i];
+            if (value.IsInt())
+                map[id] = value.AsInt32();
+            else if (value.IsFloat())
+                map[id] = value.AsDouble();
+            else
+                map[id] = text_of(value);
+        }
+    }
 };
 
 struct QtMap {
@@ -261,10 +334,12 @@ void add(std::string const &operation, std::string const &library,
 
 template <class Library> void add_all(std::string const &name)
 {
-    add("set", name, set_all<Library>);
     add("get", name, get_each<Library>);
-    add("replace", name, replace_each<Library>);
-    add("remove", name, remove_some<Library>);
+    if constexpr (!std::is_same_v<Library, FlexBuffers>) { // its documents cannot be changed
+        add("set", name, set_all<Library>);
+        add("replace", name, replace_each<Library>);
+        add("remove", name, remove_some<Library>);
+    }
     if constexpr (requires(Library library) { library.store(); }) {
         add("store", name, store_all<Library>);
         add("load", name, load_all<Library>);
@@ -278,6 +353,7 @@ int main(int argc, char **argv)
     add_all<Kor>("KorTools");
     add_all<Variants>("std::variant");
     add_all<QtMap>("QVariantMap");
+    add_all<FlexBuffers>("FlexBuffers");
     add("store", "memcpy", copy_bytes);
     add("load", "memcpy", copy_bytes);
     benchmark::Initialize(&argc, argv);

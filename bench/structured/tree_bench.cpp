@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // A tree of a million nodes beside one of vectors of unique_ptr: built from the top, walked and
-// counted, stored and loaded. The peer's recursion is as deep as its tree, which is flat enough for
-// it here: each node has eight children.
+// counted, stored and loaded; beside QStandardItem, too, which has no form of its own for storing a
+// tree. The peers' recursion is as deep as their trees, which are flat enough for it here: each
+// node has eight children.
 #include "kortools/archive/mem_file.h"
 #include "kortools/data/tree.h"
 
+#include <QStandardItem>
 #include <benchmark/benchmark.h>
+
 #include <memory>
 #include <vector>
 
@@ -126,6 +129,39 @@ struct VectorTree {
     }
 };
 
+struct QtTree {
+    struct Item : QStandardItem {
+        int number = 0;
+    };
+    Item root;
+
+    void build()
+    {
+        std::vector<Item *> items { &root };
+        for (int i = 1; i <= node_count; ++i) {
+            items.push_back(new Item);
+            items.back()->number = i;
+            items[static_cast<std::size_t>((i - 1) / width)]->appendRow(items.back());
+        }
+    }
+    static long long sum_below(QStandardItem const *item)
+    {
+        long long result = static_cast<Item const *>(item)->number;
+        for (int row = 0; row < item->rowCount(); ++row)
+            result += sum_below(item->child(row));
+        return result;
+    }
+    static int count_below(QStandardItem const *item)
+    {
+        int result = item->rowCount();
+        for (int row = 0; row < item->rowCount(); ++row)
+            result += count_below(item->child(row));
+        return result;
+    }
+    long long sum() { return sum_below(&root); }
+    int count() { return count_below(&root); }
+};
+
 constexpr long long expected_sum = static_cast<long long>(node_count) * (node_count + 1) / 2;
 
 void finish(benchmark::State &state, bool right)
@@ -197,10 +233,13 @@ template <class Tree> void BM_Load(benchmark::State &state)
 
 BENCHMARK(BM_Build<KorTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Build<VectorTree>)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Build<QtTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Walk<KorTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Walk<VectorTree>)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Walk<QtTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Count<KorTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Count<VectorTree>)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Count<QtTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Save<KorTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Save<VectorTree>)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Load<KorTree>)->Unit(benchmark::kMillisecond);
