@@ -35,7 +35,11 @@ public:
     // `other` becomes empty, with a new block of the minimum size (or none, like a detached array,
     // when memory is exhausted).
     CXTCharArray(CXTCharArray &&other) noexcept;
-    ~CXTCharArray() { std::free(m_buffer); }
+    ~CXTCharArray()
+    {
+        if (m_buffer) // arrays destroy many that have none
+            std::free(m_buffer);
+    }
 
     CXTCharArray &operator=(CXTCharArray const &other);
     CXTCharArray &operator=(CXTCharArray &&other) noexcept; // swaps the blocks and empties `other`
