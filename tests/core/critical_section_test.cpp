@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/core/critical_section.h"
 
+#include <atomic>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 TEST(CriticalSection, IsRecursiveAndExcludesOtherThreads)
 {
@@ -25,6 +28,32 @@ TEST(CriticalSection, IsRecursiveAndExcludesOtherThreads)
     second.join();
     EXPECT_EQ(counter, 40000);
     EXPECT_FALSE(section.IsLocked());
+}
+
+// The first time, the process has one thread when the section is locked, and several when it is
+// unlocked.
+TEST(CriticalSection, WakesEveryThreadThatSleepsInLock)
+{
+    CXCriticalSection section;
+    for (int round = 0; round < 20; ++round) {
+        section.Lock();
+        section.Lock();
+        std::atomic<int> passed { 0 };
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 4; ++i) {
+            threads.emplace_back([&] {
+                std::lock_guard const lock(section);
+                ++passed;
+            });
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(round % 3));
+        section.Unlock();
+        ASSERT_EQ(passed, 0) << "locked twice";
+        section.Unlock();
+        for (std::thread &thread : threads)
+            thread.join();
+        ASSERT_EQ(passed, 4);
+    }
 }
 
 TEST(SingleLock, HoldsItsSectionOnceAndLetsGoOfIt)

@@ -76,7 +76,10 @@ RecursiveLock::RecursiveLock()
     new (m_system) Mutex;
 }
 
-RecursiveLock::~RecursiveLock() = default;
+RecursiveLock::~RecursiveLock()
+{
+    mutex_in(m_system).~Mutex();
+}
 
 void RecursiveLock::lock()
 {
