@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/app/parallel.h"
 
+#include "kortools/app/thread_records.h"
+
 #include <algorithm>
 #include <atomic>
 #include <omp.h>

@@ -19,10 +19,3 @@ KORTOOLS_API int OMPGetMaxThreadCount();
 // The number of iterations in a row that gives each thread about 24 parts of a loop of `count`; at
 // least 1.
 KORTOOLS_API unsigned int OMPGetScheduleChunkSize(unsigned int count);
-
-namespace kortools::app {
-
-// What the OpenMP runtime allows becomes the number of threads; also returned.
-KORTOOLS_API int reset_max_thread_count();
-
-} // namespace kortools::app

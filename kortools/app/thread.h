@@ -155,9 +155,9 @@ private:
     bool RunBody();
     void Release();
     void End();
-    static void Announce(void *thread, unsigned long long id);
-    static bool Main(void *thread);
-    static bool CatchingBody(void *thread);
+    static void Announce(void *argument, unsigned long long id); // the argument is the object
+    static bool Main(void *argument);
+    static bool CatchingBody(void *argument);
 
     ThreadFunction m_function = nullptr; // null: the virtual operations are the body
     void *m_userData = nullptr;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the library itself enters in the thread registry.
+// What the library itself enters in the thread registry, and tells the parallel loops.
 #pragma once
 
 namespace kortools::app {
@@ -13,6 +13,9 @@ void forget_thread(unsigned long long thread) noexcept;
 
 // The calling thread becomes the application's main thread.
 void record_main_thread();
+
+// What the OpenMP runtime allows becomes the number of threads of parallel loops; also returned.
+int reset_max_thread_count();
 
 // No thread is inside the registry between these. For stopping threads that do not go on.
 void lock_thread_registry();
