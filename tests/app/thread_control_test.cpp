@@ -19,6 +19,8 @@
 #else
 #include <pthread.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -311,5 +313,31 @@ TEST(ThreadControl, ABodyMayLeaveItsThread)
     EXPECT_TRUE(thread->WaitForEnd());
     EXPECT_TRUE(thread->IsTerminated());
     EXPECT_FALSE(thread->GetThreadResult());
+}
+
+// A thread that waits for its vforked child cannot be interrupted, like one that waits for a disk.
+TEST(ThreadControl, AThreadThatTheKernelHoldsCountsAsStopped)
+{
+    std::atomic<int> steps { 0 };
+    KeptThread const thread([&] {
+        ++steps;
+        pid_t const child = vfork();
+        if (child == 0) {
+            usleep(400'000);
+            _exit(0);
+        }
+        ++steps;
+        return waitpid(child, nullptr, 0) == child;
+    });
+    while (steps == 0)
+        std::this_thread::yield();
+    auto const start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(thread->SuspendThread());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(300));
+    int const before = steps;
+    EXPECT_FALSE(thread->WaitForEnd(600));
+    EXPECT_EQ(steps, before);
+    EXPECT_TRUE(thread->ResumeThread() && thread->WaitForEnd());
+    EXPECT_TRUE(thread->GetThreadResult());
 }
 #endif

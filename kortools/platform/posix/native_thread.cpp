@@ -206,7 +206,7 @@ bool NativeThread::suspend()
         --state.suspend_count;
         return false;
     }
-    return state.gate.wait_until_stopped(-1);
+    return state.gate.wait_until_stopped(state.id, -1);
 }
 
 bool NativeThread::resume()
@@ -252,7 +252,7 @@ bool NativeThread::terminate()
     if (state.suspend_count == 0) {
         if (!state.gate.close(state.thread))
             return false;
-        if (!state.gate.wait_until_stopped(reaction_time_ms)) {
+        if (!state.gate.wait_until_stopped(state.id, reaction_time_ms)) {
             state.gate.open();
             return false;
         }

@@ -4,9 +4,12 @@
 #include "kortools/platform/clock.h"
 #include "kortools/platform/posix/futex.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace kortools::platform::posix {
 namespace {
@@ -52,6 +55,22 @@ int get_stop_signal()
     return s_signal;
 }
 
+// Waits the thread for something that is not to be interrupted, a dead disk or share for instance?
+// The line reads: id (name) state ..., where the name may have parentheses, too.
+bool is_uninterruptible(unsigned long long thread_id)
+{
+    char text[256];
+    std::snprintf(text, sizeof text, "/proc/self/task/%llu/stat", thread_id);
+    int const file = open(text, O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    ssize_t const size = read(file, text, sizeof text - 1);
+    close(file);
+    text[size > 0 ? size : 0] = 0;
+    char const *const name_end = std::strrchr(text, ')');
+    return name_end && std::strncmp(name_end, ") D", 3) == 0;
+}
+
 bool is_closed(unsigned request)
 {
     return request % 2 != 0;
@@ -83,19 +102,20 @@ bool StopGate::close(pthread_t thread)
     return false;
 }
 
-bool StopGate::wait_until_stopped(int timeout_ms)
+bool StopGate::wait_until_stopped(unsigned long long thread_id, int timeout_ms)
 {
+    constexpr timespec slice { 0, 20'000'000 };
     long long const end = get_tick() + timeout_ms;
     unsigned const request = m_request.load();
     for (;;) {
         unsigned const reached = m_reached.load();
         if (reached == request)
             return true;
-        long long const left = timeout_ms < 0 ? 1000 : end - get_tick();
-        if (left <= 0)
+        futex_wait(m_reached, reached, &slice);
+        if (m_reached.load() == request || is_uninterruptible(thread_id))
+            return true;
+        if (timeout_ms >= 0 && get_tick() >= end)
             return false;
-        timespec const limit { left / 1000, left % 1000 * 1'000'000 };
-        futex_wait(m_reached, reached, &limit);
     }
 }
 

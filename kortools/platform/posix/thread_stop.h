@@ -21,8 +21,9 @@ public:
     // Closes the gate and sends the signal. False, and nothing done, when that fails.
     bool close(pthread_t thread);
 
-    // Waits until the thread has stopped at the closed gate. A negative time is no limit.
-    bool wait_until_stopped(int timeout_ms);
+    // Waits until the thread has stopped at the closed gate, or is in the kernel where no signal
+    // reaches it: it then stops before its next own instruction. A negative time is no limit.
+    bool wait_until_stopped(unsigned long long thread_id, int timeout_ms);
 
     void open();
 
