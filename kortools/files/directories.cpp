@@ -6,11 +6,15 @@
 #include "kortools/platform/directory_reader.h"
 #include "kortools/platform/file_changes.h"
 #include "kortools/platform/file_status.h"
+#include "kortools/platform/known_folders.h"
 #include "kortools/platform/os_error.h"
 
 #include <algorithm>
 #include <atomic>
 #include <climits>
+#include <cwchar>
+#include <iterator>
+#include <random>
 #include <ranges>
 #include <string>
 #include <string_view>
@@ -78,6 +82,46 @@ bool create_levels(std::wstring const &path, std::atomic<bool> const &is_late)
     return true;
 }
 
+// The last part of a path as a name that every system takes.
+std::wstring get_folder_name(std::wstring_view path)
+{
+    std::wstring name(path.substr(path.find_last_of(L"\\/") + 1)); // from 0 when there is none
+    for (wchar_t &ch : name) {
+        if (ch < L' ' || std::wstring_view(L"<>:\"|?*").find(ch) != std::wstring_view::npos)
+            ch = L'_';
+    }
+    return name.empty() || name == L"." || name == L".." ? L"tmp" : name;
+}
+
+void cut_name(std::wstring &name, std::size_t length)
+{
+    if (name.size() <= length)
+        return;
+    bool const splits_pair = name[length] >= 0xDC00 && name[length] <= 0xDFFF;
+    name.resize(splits_pair ? length - 1 : length);
+}
+
+std::wstring get_random_digits()
+{
+    wchar_t digits[9];
+    std::swprintf(digits, std::size(digits), L"%08x", std::random_device()());
+    return digits;
+}
+
+// The path of the new directory; empty when it cannot be made.
+std::wstring create_new_folder(std::wstring const &folder, std::wstring name)
+{
+    cut_name(name, 60);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        std::wstring path = join_path(folder, name + L'-' + get_random_digits());
+        if (create_private_directory(path.c_str()))
+            return path;
+        if (get_last_os_error() != error_already_exists)
+            break;
+    }
+    return {};
+}
+
 bool create_one(wchar_t const *path, std::atomic<bool> const &is_late)
 {
     if (!create_directory(path))
@@ -126,4 +170,20 @@ int fileGetFileCount(CXTString<wchar_t> const &path, bool recursive, unsigned in
     return run_guarded(path, timeout, -1, [depth](auto const &name, auto const &is_late) {
         return static_cast<int>(std::min<long long>(count_files(name, depth, is_late), INT_MAX));
     });
+}
+
+CXTString<wchar_t> fileCreateTmpFolder(CXTString<wchar_t> const &name, bool reuse)
+{
+    std::wstring const folder = get_temp_folder();
+    if (folder.empty())
+        return {};
+    std::wstring path = get_folder_name(name.GetView());
+    if (reuse) {
+        path = join_path(folder, path);
+        if (!create_private_directory(path.c_str()) && !is_directory(path))
+            return {};
+    } else {
+        path = create_new_folder(folder, std::move(path));
+    }
+    return path.empty() ? CXTString<wchar_t>() : CXTString<wchar_t>(join_path(path, L"").c_str());
 }

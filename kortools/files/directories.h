@@ -29,3 +29,11 @@ KORTOOLS_API bool fileRemoveDirectory(CXTString<wchar_t> const &path, bool conte
 // read count as empty.
 KORTOOLS_API int fileGetFileCount(
     CXTString<wchar_t> const &path, bool recursive = false, unsigned int *timeout = nullptr);
+
+// Makes a directory in the user's temporary directory and returns its path with a separator at the
+// end; empty when that fails. Its name is the last part of `name` ("tmp" when that is empty), with
+// '_' for characters that no file name has. Without `reuse` at most 60 characters of it count, and
+// random digits make the directory a new one: "scene-3f09a1c8". With `reuse` there may be a
+// directory of that name already. On Linux a new one is for the calling user only.
+KORTOOLS_API CXTString<wchar_t> fileCreateTmpFolder(
+    CXTString<wchar_t> const &name, bool reuse = false);

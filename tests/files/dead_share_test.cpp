@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Calls about a share that does not answer come back in time and leave nothing behind.
 #include "kortools/data/system_time.h"
+#include "kortools/files/current_directory.h"
 #include "kortools/files/directories.h"
+#include "kortools/files/file_find.h"
 #include "kortools/files/file_status.h"
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/os_error.h"
@@ -57,6 +59,11 @@ TEST_F(DeadShare, ACallComesBackInTimeAndSaysThatItIsLate)
         [&](unsigned int *timeout) { return fileExists(dead, timeout); },
         [&](unsigned int *timeout) { return fileDirectoryExists(dead, timeout); },
         [&](unsigned int *timeout) { return fileIsDirectory(dead, false, timeout); },
+        [&](unsigned int *timeout) { return fileGetFileCount(dead, true, timeout) >= 0; },
+        [&](unsigned int *timeout) { return filePushCurrentDirectory(dead, timeout); },
+        [&](unsigned int *timeout) {
+            return filePathContainMatchingFile(dead, L"*", nullptr, timeout);
+        },
         [&](unsigned int *timeout) { return fileCreateDirectory(dead, false, timeout); },
         [&](unsigned int *timeout) { return fileCreateDirectory(dead + L"\\a\\b", true, timeout); },
     };

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/directories.h"
+#include "kortools/files/file_status.h"
 #include "tests/files/names.h"
 #include "tests/support/temp_folder.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace fs = std::filesystem;
 
@@ -106,4 +108,29 @@ TEST(FileCount, CountsFilesAndNotDirectories)
     EXPECT_EQ(fileGetFileCount(top + L"\\.hidden"), -1) << "a file";
     EXPECT_EQ(fileGetFileCount(top + L"\\none"), -1);
     EXPECT_EQ(fileGetFileCount(L""), -1);
+}
+
+TEST(TmpFolder, IsNewOrTheOneOfThatName)
+{
+    std::set<std::wstring> paths;
+    for (wchar_t const *name :
+        { L"scene.kor", L"scene.kor", L"C:\\x\\scene.kor", L"", L"..", L"a:b*c", L"\U0001F642" }) {
+        CXTString<wchar_t> const path = fileCreateTmpFolder(name);
+        EXPECT_TRUE(fileDirectoryExists(path));
+        EXPECT_EQ(fileGetFileCount(path), 0);
+        EXPECT_EQ(path[path.GetLength() - 1], L'\\');
+        EXPECT_TRUE(paths.emplace(path.GetView()).second) << "is new";
+    }
+    CXTString<wchar_t> const long_name = fileCreateTmpFolder(std::wstring(300, L'\xE9').c_str());
+    EXPECT_TRUE(paths.emplace(long_name.GetView()).second && fileDirectoryExists(long_name));
+    CXTString<wchar_t> const first = *paths.begin();
+    CXTString<wchar_t> const name = first.Left(first.GetLength() - 1);
+    EXPECT_EQ(fileCreateTmpFolder(name, true), first) << "exists";
+    for (std::wstring const &path : paths)
+        EXPECT_TRUE(fileRemoveDirectory(path.c_str()));
+    EXPECT_EQ(fileCreateTmpFolder(name, true), first) << "is made";
+    EXPECT_TRUE(fileRemoveDirectory(first));
+    write_file(fs::temp_directory_path() / "kortools-no-folder");
+    EXPECT_TRUE(fileCreateTmpFolder(L"kortools-no-folder", true).IsEmpty()) << "a file";
+    fs::remove(fs::temp_directory_path() / "kortools-no-folder");
 }
