@@ -30,6 +30,8 @@ bool is_removable(std::string const &source)
 DriveType to_drive_type(Mount const &mount)
 {
     std::string const &type = mount.type;
+    if (type.empty())
+        return DriveType::unknown;
     if (is_remote_type(type) || !get_remote_names(mount).empty())
         return DriveType::remote;
     if (type == "tmpfs" || type == "ramfs" || type == "devtmpfs")

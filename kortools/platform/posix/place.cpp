@@ -62,11 +62,15 @@ std::string read_link(std::string const &path)
 
 bool is_remote_type(std::string_view type)
 {
-    static constexpr std::array<std::string_view, 16> types { "9p", "afs", "autofs", "ceph", "cifs",
-        "coda", "davfs", "glusterfs", "lustre", "ncpfs", "nfs", "nfs4", "smb3", "smbfs", "virtiofs",
-        "vboxsf" };
-    return std::ranges::find(types, type) != types.end() || type == "fuse"
-        || type.starts_with("fuse.");
+    static constexpr std::array<std::string_view, 20> types { "9p", "afs", "autofs", "ceph", "cifs",
+        "coda", "davfs", "fuse.curlftpfs", "fuse.glusterfs", "fuse.rclone", "fuse.s3fs",
+        "fuse.sshfs", "glusterfs", "lustre", "nfs", "nfs4", "smb3", "smbfs", "vboxsf", "virtiofs" };
+    return std::ranges::find(types, type) != types.end();
+}
+
+bool may_stop_answering(std::string_view type)
+{
+    return is_remote_type(type) || type == "fuse" || type.starts_with("fuse.");
 }
 
 Place find_place(std::string_view native_path, std::vector<Mount> const &mounts)
@@ -86,7 +90,7 @@ Place find_place(std::string_view native_path, std::vector<Mount> const &mounts)
         std::string const next = path + '/' + name;
         if (Mount const *const entered = find_mount(mounts, next))
             mount = entered;
-        bool const is_safe = !mount || !is_remote_type(mount->type);
+        bool const is_safe = !mount || !may_stop_answering(mount->type);
         std::string const target = is_safe && links < max_links ? read_link(next) : "";
         if (target.empty()) {
             path = next;

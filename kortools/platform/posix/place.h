@@ -21,8 +21,10 @@ Place find_place(std::string_view native_path);
 // The same with a given table.
 Place find_place(std::string_view native_path, std::vector<Mount> const &mounts);
 
-// True when files of that kind of mount lie on another machine, or behind a program that may stop
-// answering.
+// True when what is mounted with that type lies on another machine.
 bool is_remote_type(std::string_view type);
+
+// The same, or behind a program, which may stop answering as well.
+bool may_stop_answering(std::string_view type);
 
 } // namespace kortools::platform
