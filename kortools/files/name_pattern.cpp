@@ -53,7 +53,7 @@ public:
         m_is_in[0] = true;
     }
 
-    // Past those that may stand for nothing. `at_dot_or_end`: what follows in the name.
+    // Past those that may stand for nothing, by what follows in the name.
     void skip_empty(bool at_dot, bool at_end)
     {
         for (std::size_t i = 0; i < m_pattern.size(); ++i) {
@@ -67,19 +67,19 @@ public:
 
     void take(wchar_t ch, bool has_dot_behind)
     {
-        std::vector<bool> next(m_is_in.size());
+        m_next.assign(m_is_in.size(), false);
         for (std::size_t i = 0; i < m_pattern.size(); ++i) {
             if (!m_is_in[i])
                 continue;
             wchar_t const wanted = m_pattern[i];
             if (wanted == any_text
                 || (wanted == text_to_last_dot && (ch != L'.' || has_dot_behind)))
-                next[i] = true;
+                m_next[i] = true;
             else if (wanted == ch || (wanted == one_or_none && ch != L'.')
                 || (wanted == dot_or_end && ch == L'.'))
-                next[i + 1] = true;
+                m_next[i + 1] = true;
         }
-        m_is_in.swap(next);
+        m_is_in.swap(m_next);
     }
 
     bool is_complete() const { return m_is_in.back(); }
@@ -87,6 +87,7 @@ public:
 private:
     std::wstring_view m_pattern;
     std::vector<bool> m_is_in;
+    std::vector<bool> m_next; // scratch
 };
 
 } // namespace

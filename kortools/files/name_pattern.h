@@ -19,7 +19,7 @@ public:
     explicit NamePattern(std::wstring_view pattern);
 
     bool has_wildcards() const { return m_has_wildcards; }
-    bool matches(std::wstring_view name) const; // O(length * stars)
+    bool matches(std::wstring_view name) const; // O(length of the name * that of the pattern)
 
 private:
     std::wstring m_pattern; // lower case, with marks for what is special at a dot or at the end

@@ -53,6 +53,7 @@ Sequence read_sequence(std::string_view bytes)
 
 bool encode_path_text(std::wstring_view text, std::string &native)
 {
+    native.reserve(native.size() + text.size());
     char bytes[256];
     std::size_t count = 0;
     for (wchar_t const wide : text) {
