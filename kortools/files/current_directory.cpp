@@ -5,20 +5,31 @@
 #include "kortools/platform/current_directory.h"
 
 #include <memory>
+#include <utility>
 
 using kortools::platform::NextDirectory;
 
 CCurrentDir gCurrentDir;
 
+namespace {
+
+using Directory = std::unique_ptr<NextDirectory>;
+
+Directory open_within(CXTString<wchar_t> const &path, unsigned int *timeout)
+{
+    return kortools::files::run_guarded(
+        path, timeout, Directory(), [](auto const &name, auto const &) {
+            auto directory = std::make_unique<NextDirectory>();
+            return directory->open(name) ? std::move(directory) : nullptr;
+        });
+}
+
+} // namespace
+
 bool CCurrentDir::Push(CXTString<wchar_t> const &path, unsigned int *timeout)
 {
     // Only opening has a limit: a change that comes late would surprise everybody.
-    using Directory = std::shared_ptr<NextDirectory>;
-    Directory const next = kortools::files::run_guarded(
-        path, timeout, Directory(), [](auto const &name, auto const &) {
-            auto directory = std::make_shared<NextDirectory>();
-            return directory->open(name) ? directory : nullptr;
-        });
+    Directory const next = open_within(path, timeout);
     if (!next)
         return false;
     m_saved.Add(Get()); // first, because it may throw
