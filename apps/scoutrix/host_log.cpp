@@ -2,7 +2,7 @@
 #include "apps/scoutrix/host_log.h"
 
 #include "apps/common/console.h"
-#include "apps/scoutrix/host_folder.h"
+#include "kortools/app/application_paths.h"
 #include "kortools/app/log.h"
 #include "kortools/files/file_status.h"
 
@@ -11,7 +11,7 @@ namespace scoutrix {
 HostLog::HostLog(Text const &path)
 {
     constexpr unsigned long long largest = 4 << 20; // bytes
-    Text const file = path.IsEmpty() ? get_host_folder() + L"scoutrix.log" : path;
+    Text const file = path.IsEmpty() ? GetUserApplicationDataPath() + L"scoutrix.log" : path;
     LogFileMode const mode = fileGetSize(file) > largest ? logFileCreate : logFileAppend;
     if (!SetLogFile(file, mode) && !SetLogFile(file, logFileNew))
         kor_apps::print_error("scoutrix", L"warning: no log can be written to " + file);

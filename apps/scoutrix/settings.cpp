@@ -3,8 +3,8 @@
 
 #include "apps/common/console.h"
 #include "apps/common/paths.h"
-#include "apps/scoutrix/host_folder.h"
 #include "apps/scoutrix/host_log.h"
+#include "kortools/app/application_paths.h"
 #include "kortools/archive/exception.h"
 #include "kortools/archive/file.h"
 #include "kortools/data/custom_data.h"
@@ -147,8 +147,7 @@ std::span<SettingInfo const> get_setting_infos()
 
 Text SettingsFile::GetDefaultPath()
 {
-    Text const folder = get_host_folder();
-    return folder.IsEmpty() ? folder : folder + L"Preferences\\scoutrix.prefs";
+    return GetPreferencesFile();
 }
 
 Settings SettingsFile::Load() const
