@@ -91,11 +91,11 @@ void Session::Remember(Text const &scene)
 
 int import_files(Session &session, ImportOptions const &options, Text const &path)
 {
+    kor_apps::ConsoleProgress progress(L"importing", session.settings.progress);
     auto const scene = options.append ? load_scene(path) : std::make_unique<CScene>();
     std::deque<ImportTask> tasks;
     for (std::string const &file : options.files)
         tasks.emplace_back(from_utf8(file));
-    kor_apps::ConsoleProgress progress(L"importing", session.settings.progress);
     if (!run_imports(tasks, OMPGetMaxThreadCount()) || progress.Finish()) {
         report_error(L"cancelled; no scene written");
         return kor_apps::exit_cancelled;
@@ -125,6 +125,7 @@ int remove_nodes(Session &session, Text const &path, std::vector<std::string> co
 {
     auto const scene = load_scene(path);
     std::vector<CSceneNode *> found;
+    found.reserve(nodes.size());
     for (std::string const &node : nodes)
         found.push_back(&find_node(*scene, from_utf8(node)));
     // A node may lie in the branch of another one, or be named twice.

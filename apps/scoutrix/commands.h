@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The commands of scoutrix. Each returns the exit code: 0, 1, or 130 when the user has cancelled;
-// and throws CXException for what
-// cannot be done. A command that changes a scene writes it as a whole or leaves it as it was.
+// The commands of scoutrix. Each returns the exit code: 0, 1, or 130 when the user has cancelled.
+// They throw CXException for what cannot be done. One that changes a scene writes it as a whole or
+// leaves it as it was.
 #pragma once
 
 #include "apps/scoutrix/listing.h"
@@ -32,18 +32,18 @@ struct Session {
     Settings settings;
 };
 
-int import_files(Session &session, ImportOptions const &options, Text const &scene);
+int import_files(Session &session, ImportOptions const &options, Text const &path);
 
-// The latest of the recent scenes when `scene` is empty.
-int list_scene(Session &session, Text const &scene, ListOptions const &options);
-int remove_nodes(Session &session, Text const &scene, std::vector<std::string> const &nodes);
+// The latest of the recent scenes when `path` is empty.
+int list_scene(Session &session, Text const &path, ListOptions const &options);
+int remove_nodes(Session &session, Text const &path, std::vector<std::string> const &nodes);
 
 // One value of a node or, without a key, all of them.
-int get_value(Session &session, Text const &scene, Text const &node, Text const &key);
+int get_value(Session &session, Text const &path, Text const &name, Text const &key);
 
 // The node's name or a value of the user's own; an empty one removes it.
 int set_value(
-    Session &session, Text const &scene, Text const &node, Text const &key, Text const &value);
+    Session &session, Text const &path, Text const &name, Text const &key, Text const &value);
 
 // Prints all settings, or one, or gives it a value.
 int show_settings(Session &session, std::string const &key);

@@ -55,6 +55,7 @@ void import_task(ImportTask &task)
     log_line(L"reading " + task.path);
     try {
         task.file = import_file(task.path, task.done);
+        task.error.Empty();
     } catch (CXException *exception) {
         task.error = exception->GetErrorMessage();
         exception->Delete();

@@ -20,7 +20,7 @@ struct ImportTask {
     unsigned long long size = 0;                // bytes
     std::atomic<unsigned long long> done { 0 }; // bytes that were looked at
     SceneFile file;                             // when there is no error
-    Text error;                                 // why it was not imported
+    Text error = L"not read";                   // why it was not imported; empty: it was
 };
 
 // Takes the files in their order, on up to `threads` threads, which are children of the calling one

@@ -31,11 +31,13 @@ protected:
         return result;
     }
 
+    static std::string Sample(std::string const &name) { return KOR_SAMPLES "/" + name; }
+
     void Import(std::vector<std::string> const &names)
     {
         std::vector<std::string> arguments { "import", "-o", m_scene };
         for (std::string const &name : names)
-            arguments.push_back(KOR_SAMPLES "/" + name);
+            arguments.push_back(Sample(name));
         EXPECT_EQ(Run(arguments), 0) << m_errors;
     }
 

@@ -24,9 +24,7 @@ TEST_F(Host, AppendsSetsGetsAndRemoves)
     Import({ "cube.obj" });
     EXPECT_EQ(Run({ "set", m_scene, "sides", "colour", "\xE2\x82\xAC" }), 0) << m_errors;
     EXPECT_EQ(Run({ "set", m_scene, "cube.obj", "name", "My cube" }), 0) << m_errors;
-    EXPECT_EQ(
-        Run({ "import", "-a", "-o", m_scene, KOR_SAMPLES "/checker.bmp", KOR_SAMPLES "/cube.obj" }),
-        0);
+    EXPECT_EQ(Run({ "import", "-a", "-o", m_scene, Sample("checker.bmp"), Sample("cube.obj") }), 0);
     EXPECT_EQ(ListNames({ "-d2" }), "samples My checker.bmp ");
     EXPECT_EQ(Run({ "get", m_scene, "sides", "colour" }), 0);
     EXPECT_EQ(m_output, "\xE2\x82\xAC\n");
@@ -45,7 +43,7 @@ TEST_F(Host, LeavesTheSceneWhenACommandFails)
         EXPECT_NE(m_errors.find(message), std::string::npos) << m_errors;
         EXPECT_EQ(ListNames({ "-p" }) + m_output, before);
     };
-    fails({ "import", "-a", "-o", m_scene, KOR_SAMPLES "/checker.bmp", KOR_SAMPLES "/README.md" },
+    fails({ "import", "-a", "-o", m_scene, Sample("checker.bmp"), Sample("README.md") },
         "no scene written");
     fails({ "remove", m_scene, "sides", "lid" }, "no node lid");
     fails({ "set", m_scene, "cube.obj", "size", "1" }, "cannot be set");
