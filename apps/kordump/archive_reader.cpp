@@ -282,17 +282,11 @@ void ArchiveReader::ReadObject(std::string_view name, std::string_view key)
         ReportReference(tag, name, key);
         return;
     }
-    if (m_depth >= maximum_object_depth) {
-        m_cursor.Seek(tag.offset);
-        throw Damage("objects are nested too deep at offset " + std::to_string(tag.offset));
-    }
     ReportObject(tag, name, key);
     BeginStructure(tag.offset);
     if (tag.layout != nullptr)
         m_entries.push_back({ false, m_entries[tag.index].number });
-    ++m_depth;
     ReadFields(tag);
-    --m_depth;
     EndStructure();
     m_report.Close();
 }
@@ -301,6 +295,9 @@ void ArchiveReader::ReadFields(Tag const &tag)
 {
     if (tag.layout == nullptr)
         throw UnknownClass { *tag.name };
+    if (m_depth >= maximum_object_depth)
+        throw Damage("objects are nested too deep at offset " + std::to_string(tag.offset));
+    ++m_depth;
     m_reading.used.insert(tag.layout);
     Layout const &layout = *tag.layout;
     m_report.OpenQuietly("fields", Bracket::Object);
@@ -315,6 +312,7 @@ void ArchiveReader::ReadFields(Tag const &tag)
         ReadField(field, field.name, field.name);
     }
     m_report.Close();
+    --m_depth;
 }
 
 void ArchiveReader::ReportClass(Tag const &tag)

@@ -16,7 +16,8 @@
 
 namespace kordump {
 
-constexpr int maximum_object_depth = 2000; // as the library has it
+// Objects, and nodes with trees of their own, nest this deep; as the library has it.
+constexpr int maximum_object_depth = 2000;
 
 struct UnknownClass {
     std::string name;
@@ -115,7 +116,7 @@ private:
     Reading m_reading;
     std::deque<Class> m_classes;
     std::vector<Entry> m_entries { {} }; // by index; 0 is null
-    int m_depth = 0;                     // objects around the field
+    int m_depth = 0;                     // objects and nodes around the field
     bool m_node_data = false;            // a node of version 2 is read
 };
 

@@ -12,7 +12,7 @@ using Json = nlohmann::json;
 
 // Structures may lie this deep in each other, which objects nested as deep as a reader takes do
 // not reach.
-constexpr int maximum_json_depth = 8100;
+constexpr int maximum_json_depth = 8400;
 
 // Everything but the items: "items" is an empty array where there are any. Throws
 // std::runtime_error with the place of a mistake, as the next one.

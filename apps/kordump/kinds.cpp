@@ -177,7 +177,7 @@ std::optional<std::string> decode_array(ByteSpan data)
 std::string encode_element(Json const &array, Json const &element)
 {
     if (!array.contains("type")) {
-        std::string const bytes = from_hex(element.get_ref<std::string const &>());
+        std::string bytes = from_hex(element.get_ref<std::string const &>());
         if (array.at("element_size") != bytes.size())
             throw std::runtime_error("elements differ in size");
         return bytes;
@@ -262,14 +262,14 @@ bool is_printable_text(ByteSpan data)
 
 } // namespace
 
-std::optional<std::string> decode_value(unsigned int code, ByteSpan data)
+std::optional<std::string> decode_value(unsigned int kind, ByteSpan data)
 {
-    Kind const *const kind = find_kind(code);
-    if (kind == nullptr || (get_fixed_size(*kind) != 0 && get_fixed_size(*kind) != data.size()))
+    Kind const *const known = find_kind(kind);
+    if (known == nullptr || (get_fixed_size(*known) != 0 && get_fixed_size(*known) != data.size()))
         return std::nullopt;
-    switch (kind->form) {
+    switch (known->form) {
     case Form::Plain:
-        return print_plain(kind->type, read_number(data));
+        return print_plain(known->type, read_number(data));
     case Form::Bool:
         return read_number(data) > 1 ? print_plain(FieldType::I32, read_number(data))
                                      : print_plain(FieldType::Bool, read_number(data));
@@ -280,22 +280,22 @@ std::optional<std::string> decode_value(unsigned int code, ByteSpan data)
     case Form::Array:
         return decode_array(data);
     case Form::Text:
-        return decode_text(data, kind->unit);
+        return decode_text(data, known->unit);
     case Form::Texts:
-        return decode_texts(data, kind->unit);
+        return decode_texts(data, known->unit);
     default:
         return decode_broken_time(data);
     }
 }
 
-std::string encode_value(unsigned int code, Json const &value)
+std::string encode_value(unsigned int kind, Json const &value)
 {
-    Kind const *const kind = find_kind(code);
-    if (kind == nullptr)
+    Kind const *const known = find_kind(kind);
+    if (known == nullptr)
         throw std::runtime_error("a value of an unknown kind can only be given as \"hex\"");
-    switch (kind->form) {
+    switch (known->form) {
     case Form::Plain:
-        return put_number(parse_plain(kind->type, value), get_plain_size(kind->type));
+        return put_number(parse_plain(known->type, value), get_plain_size(known->type));
     case Form::Bool:
         return put_number(
             parse_plain(value.is_boolean() ? FieldType::Bool : FieldType::I32, value), 4);
@@ -306,7 +306,7 @@ std::string encode_value(unsigned int code, Json const &value)
     case Form::Array:
         return encode_array(value);
     case Form::Text:
-        return encode_text(value, kind->unit);
+        return encode_text(value, known->unit);
     case Form::BrokenTime:
         return encode_broken_time(value);
     default:
@@ -314,7 +314,7 @@ std::string encode_value(unsigned int code, Json const &value)
     }
     std::string texts;
     for (Json const &each : value)
-        texts += encode_text(each, kind->unit);
+        texts += encode_text(each, known->unit);
     return texts;
 }
 

@@ -124,7 +124,7 @@ private:
 
 } // namespace
 
-std::string restore_file(std::string_view json, LayoutTable layouts)
+std::string restore_file(std::string_view json, LayoutTable const &layouts)
 {
     return FileWriter(json, layouts).Write();
 }

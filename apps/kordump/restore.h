@@ -8,8 +8,8 @@
 
 namespace kordump {
 
-// The layouts in the JSON are used before those given. Throws std::runtime_error, or what the JSON
-// library throws, with the place of a mistake.
-std::string restore_file(std::string_view json, LayoutTable layouts);
+// Where the JSON has a layout of a class, that is used instead of the one given. Throws
+// std::runtime_error, or what the JSON library throws, with the place of a mistake.
+std::string restore_file(std::string_view json, LayoutTable const &layouts);
 
 } // namespace kordump

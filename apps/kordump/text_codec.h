@@ -22,7 +22,7 @@ bool is_utf8(std::string_view bytes);
 std::string to_hex(ByteSpan bytes);
 
 // Two digits for each byte, blanks between them allowed. Throws std::runtime_error for others.
-std::string from_hex(std::string_view digits);
+std::string from_hex(std::string_view text);
 
 // A JSON string. `text` must be UTF-8.
 std::string quote(std::string_view text);

@@ -335,6 +335,32 @@ TEST(Deep, ObjectsAsDeepAsTheLibraryTakesThem)
     }
 }
 
+TEST(Deep, TreesInNodesOfTrees)
+{
+    ArchiveEncoder bytes;
+    bytes.new_class("CTree", 2).u32(4).u32(1).u32(3).new_class("T", 1);
+    for (int i = 0; i < 50000; ++i)
+        bytes.old_class(1).u32(4).u32(1).u32(3).old_class(2);
+    auto const plan = archive_plan("tree", "class T 1\n inner tree");
+    EXPECT_NE(read(bytes.bytes(), plan).problem, "");
+    EXPECT_TRUE(comes_back(bytes.bytes(), plan));
+    EXPECT_TRUE(comes_back(bytes.bytes(), archive_plan("object", "class T 1\n inner tree")));
+}
+
+TEST(Deep, JsonThatNobodyWouldWrite)
+{
+    std::string json = R"({"kordump": 1, "format": "custom-data", "items": [{"form": "block", )";
+    std::string end = "]}]}";
+    json += R"("entries": [)";
+    for (int i = 0; i < kordump::maximum_container_depth * 64; ++i) {
+        json += R"({"id": 1, "kind": "CDA2", "value": {"entries": [)";
+        end = "]}}" + end;
+    }
+    EXPECT_EQ(restore(json + end).size(), kordump::maximum_container_depth * 64 * 12U);
+    EXPECT_THROW(
+        restore(json + R"({"id": 1, "kind": " INT", "value": "x"})" + end), std::runtime_error);
+}
+
 TEST(Deep, NestedContainersAreBytesInTheEnd)
 {
     std::string block;
