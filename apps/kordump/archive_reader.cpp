@@ -149,17 +149,25 @@ void ArchiveReader::ReadOne(FieldType type, std::string_view name, std::string_v
         [[fallthrough]];
     case FieldType::CustomData:
         return read_custom_data(m_cursor, m_report, name, key);
-    case FieldType::Tree: {
-        std::size_t const start = m_cursor.GetOffset();
-        m_report.Open(MakeLine(start, name, "tree"), key, Bracket::Object);
-        BeginStructure(start);
-        read_tree(*this, "nodes");
-        EndStructure();
-        return m_report.Close();
-    }
+    case FieldType::Tree:
+        return ReadTree(name, key);
     default:
         return ReadPlain(type, name, key);
     }
+}
+
+void ArchiveReader::ReadTree(std::string_view name, std::string_view key)
+{
+    std::size_t const start = m_cursor.GetOffset();
+    if (m_trees >= maximum_tree_depth)
+        throw Damage("trees are nested too deep at offset " + std::to_string(start));
+    ++m_trees;
+    m_report.Open(MakeLine(start, name, "tree"), key, Bracket::Object);
+    BeginStructure(start);
+    read_tree(*this, "nodes");
+    EndStructure();
+    m_report.Close();
+    --m_trees;
 }
 
 void ArchiveReader::ReadPlain(FieldType type, std::string_view name, std::string_view key)

@@ -16,8 +16,8 @@
 
 namespace kordump {
 
-// Objects, and nodes with trees of their own, nest this deep; as the library has it.
-constexpr int maximum_object_depth = 2000;
+constexpr int maximum_object_depth = 2000; // objects in objects, as the library has it
+constexpr int maximum_tree_depth = 100;    // trees in the nodes of trees
 
 struct UnknownClass {
     std::string name;
@@ -98,6 +98,7 @@ private:
     void ReadOne(FieldType type, std::string_view name, std::string_view key);
     void ReadArray(Field const &field, std::string_view name, std::string_view key);
     void ReadElements(FieldType type, unsigned long long count);
+    void ReadTree(std::string_view name, std::string_view key);
     void ReadPlain(FieldType type, std::string_view name, std::string_view key);
     void ReadCountValue(std::string_view name, std::string_view key);
     void ReadString(std::string_view name, std::string_view key);
@@ -117,6 +118,7 @@ private:
     std::deque<Class> m_classes;
     std::vector<Entry> m_entries { {} }; // by index; 0 is null
     int m_depth = 0;                     // objects and nodes around the field
+    int m_trees = 0;                     // trees around it
     bool m_node_data = false;            // a node of version 2 is read
 };
 

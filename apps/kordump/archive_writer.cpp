@@ -15,11 +15,34 @@ namespace {
 constexpr unsigned int wide_index_tag = 0x7FFF;
 constexpr unsigned long long maximum_index = 0x7FFFFFFE;
 
-[[noreturn]] void rethrow_with(std::string const &place, std::exception const &error)
+// What throws is kept out of the functions that call themselves: the texts that it makes would lie
+// in every one of their frames.
+[[noreturn]] void rethrow_within(std::string const &place, std::exception const &error)
 {
     std::string const text = error.what();
     throw std::runtime_error(
         place + (text.starts_with('.') || text.starts_with('[') ? "" : ": ") + text);
+}
+
+[[noreturn]] void rethrow_in_field(Field const &field, std::exception const &error)
+{
+    rethrow_within('.' + field.name, error);
+}
+
+[[noreturn]] void rethrow_in_element(std::size_t index, std::exception const &error)
+{
+    rethrow_within('[' + std::to_string(index) + ']', error);
+}
+
+[[noreturn]] void refuse_missing_field(Layout const &layout, Field const &field)
+{
+    throw std::runtime_error(layout.name + " lacks the field " + field.name);
+}
+
+[[noreturn]] void refuse_extra_fields(Layout const &layout)
+{
+    throw std::runtime_error(
+        layout.name + " has fields that it should not have, or not in front of missing ones");
 }
 
 bool is_set(Json const &value, char const *key)
@@ -124,25 +147,35 @@ void ArchiveWriter::WriteCount(unsigned long long count, Json const *form)
 
 void ArchiveWriter::WriteArray(Field const &field, Json const &value)
 {
-    bool const bytes = field.type == FieldType::U8 && value.is_object() && value.contains("hex");
-    Json const &elements = bytes ? value["hex"] : value.is_object() ? value.at("elements") : value;
-    if (!bytes && !elements.is_array())
+    if (field.type == FieldType::U8 && value.is_object() && value.contains("hex")) {
+        WriteByteArray(value);
+        return;
+    }
+    Json const &elements = value.is_object() ? value.at("elements") : value;
+    if (!elements.is_array())
         throw std::runtime_error("expected an array");
-    std::string const content
-        = bytes ? from_hex(elements.get_ref<std::string const &>()) : std::string();
-    bool const counted = value.is_object() && value.contains("count");
-    WriteCount(counted ? parse_number(value["count"], ~0ULL)
-            : bytes    ? content.size()
-                       : elements.size(),
-        value.is_object() ? &value : nullptr);
-    m_bytes.PutBytes(content);
-    for (std::size_t i = 0; !bytes && i < elements.size(); ++i) {
+    WriteArrayCount(elements.size(), value);
+    for (std::size_t i = 0; i < elements.size(); ++i) {
         try {
             WriteOne(field.type, elements[i]);
         } catch (std::exception const &error) {
-            rethrow_with('[' + std::to_string(i) + ']', error);
+            rethrow_in_element(i, error);
         }
     }
+}
+
+void ArchiveWriter::WriteArrayCount(std::size_t there, Json const &value)
+{
+    bool const counted = value.is_object() && value.contains("count");
+    WriteCount(counted ? parse_number(value["count"], ~0ULL) : there,
+        value.is_object() ? &value : nullptr);
+}
+
+void ArchiveWriter::WriteByteArray(Json const &value)
+{
+    std::string const bytes = from_hex(value["hex"].get_ref<std::string const &>());
+    WriteArrayCount(bytes.size(), value);
+    m_bytes.PutBytes(bytes);
 }
 
 void ArchiveWriter::WriteString(Json const &value)
@@ -170,43 +203,53 @@ void ArchiveWriter::WriteObject(Json const &value)
     if (value.is_null() || value.contains("ref"))
         return WriteReference(value);
     WriteClass(value);
+    EnterObject(value);
+    WriteFields(value);
+}
+
+void ArchiveWriter::EnterObject(Json const &value)
+{
     if (value.contains("object")
         && !m_objects.emplace(parse_number(value["object"], ~0ULL), m_next).second)
         throw std::runtime_error("there are two objects " + value["object"].dump());
     ++m_next;
-    WriteFields(value);
+}
+
+Layout const &ArchiveWriter::GetLayout(Json const &object) const
+{
+    ClassKey const key = GetClassKey(object);
+    Layout const *const layout = m_layouts.Find(key.first, key.second);
+    if (layout == nullptr)
+        throw std::runtime_error(
+            "the class " + key.first + " " + std::to_string(key.second) + " is not known");
+    return *layout;
 }
 
 void ArchiveWriter::WriteFields(Json const &object)
 {
-    ClassKey const key = GetClassKey(object);
     bool const cut = is_set(object, "cut");
-    Layout const *const layout = m_layouts.Find(key.first, key.second);
     if (cut && !object.contains("fields"))
         return;
-    if (layout == nullptr)
-        throw std::runtime_error(
-            "the class " + key.first + " " + std::to_string(key.second) + " is not known");
+    Layout const &layout = GetLayout(object);
     Json const &fields = object.at("fields");
     std::size_t written = 0;
-    for (Field const &field : layout->fields) {
+    for (Field const &field : layout.fields) {
         auto const value = fields.find(field.name);
         if (value == fields.end() && field.type == FieldType::NodeData)
             continue;
         if (value == fields.end() && cut)
             break;
         if (value == fields.end())
-            throw std::runtime_error(key.first + " lacks the field " + field.name);
+            refuse_missing_field(layout, field);
         try {
             WriteField(field, *value);
         } catch (std::exception const &error) {
-            rethrow_with('.' + field.name, error);
+            rethrow_in_field(field, error);
         }
         ++written;
     }
     if (written != fields.size())
-        throw std::runtime_error(
-            key.first + " has fields that it should not have, or not in front of missing ones");
+        refuse_extra_fields(layout);
 }
 
 void ArchiveWriter::WriteReference(Json const &value)

@@ -35,8 +35,12 @@ private:
 
     void WriteOne(FieldType type, Json const &value);
     void WriteArray(Field const &field, Json const &value);
+    void WriteArrayCount(std::size_t there, Json const &value);
+    void WriteByteArray(Json const &value);
     void WriteString(Json const &value);
     void WriteObject(Json const &value);
+    void EnterObject(Json const &value);
+    Layout const &GetLayout(Json const &object) const;
     void WriteReference(Json const &value);
     void WriteNewClass(ClassKey const &key);
     void WriteIndex(unsigned long long index, unsigned int class_bit, Json const &value);

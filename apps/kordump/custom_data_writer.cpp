@@ -24,6 +24,11 @@ void put_rest(ByteBuffer &bytes, Json const &structure)
         bytes.PutBytes(from_hex(structure["rest"].get_ref<std::string const &>()));
 }
 
+[[noreturn]] void rethrow_in_entry(Json const &id, std::exception const &error)
+{
+    throw std::runtime_error("entry " + id.dump() + ": " + error.what());
+}
+
 Contents write_entries(ByteBuffer &bytes, Json const &container);
 void write_records(ByteBuffer &bytes, Json const &container);
 
@@ -55,7 +60,7 @@ Contents write_entries(ByteBuffer &bytes, Json const &container)
         try {
             contents.data_size += write_entry_data(bytes, entry);
         } catch (std::exception const &error) {
-            throw std::runtime_error("entry " + id.dump() + ": " + error.what());
+            rethrow_in_entry(id, error);
         }
         ++contents.count;
     }

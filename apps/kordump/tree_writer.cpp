@@ -13,6 +13,16 @@ enum Tag : unsigned int { tag_end, tag_children, tag_no_children, tag_node, tag_
 constexpr unsigned int tag_size = 4;
 constexpr unsigned long long maximum_depth = 0x7FFFFFFF;
 
+[[noreturn]] void rethrow_in_node(std::size_t number, std::exception const &error)
+{
+    throw std::runtime_error("node " + std::to_string(number) + ": " + error.what());
+}
+
+[[noreturn]] void refuse_depth(unsigned long long depth)
+{
+    throw std::runtime_error("a node of depth " + std::to_string(depth) + " cannot be here");
+}
+
 } // namespace
 
 void TreeWriter::WriteHead(Json const &head)
@@ -41,7 +51,7 @@ void TreeWriter::WriteNode(Json const &node)
 {
     unsigned long long const depth = parse_number(node.at("depth"), maximum_depth);
     if (m_any ? depth == 0 || depth > m_depth + 1 : depth != 0)
-        throw std::runtime_error("a node of depth " + std::to_string(depth) + " cannot be here");
+        refuse_depth(depth);
     if (m_any)
         WriteTagsBehind(depth);
     m_bytes.PutNumber(m_any ? tag_node : tag_root, tag_size);
@@ -79,7 +89,7 @@ void write_tree(ArchiveWriter &archive, ByteBuffer &bytes, Json const &tree)
         try {
             writer.WriteNode(node);
         } catch (std::exception const &error) {
-            throw std::runtime_error("node " + std::to_string(number) + ": " + error.what());
+            rethrow_in_node(number, error);
         }
         ++number;
     }
