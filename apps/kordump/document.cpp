@@ -128,9 +128,25 @@ private:
         m_report.PutQuietly("identifier", name);
         m_report.PutNumber("version", version);
         m_archive.BeginStructure(start);
-        read_custom_data(m_cursor, m_report, "", "data");
+        if (!SkipUnknownContainer())
+            read_custom_data(m_cursor, m_report, "", "data");
         m_archive.EndStructure();
         m_report.Close();
+    }
+
+    // Every form of a container has a size in the same place, and so its end is known.
+    bool SkipUnknownContainer()
+    {
+        constexpr std::size_t head_size = 8; // the magic, and the size of what follows
+        if (m_cursor.GetLeft() < head_size || is_custom_data(m_cursor))
+            return false;
+        ByteSpan const rest = m_cursor.GetRest();
+        unsigned long long const size = head_size + read_number(rest.subspan(4, 4));
+        if (size > rest.size())
+            return false;
+        m_report.Put({ m_cursor.GetOffset(), "", "a container of an unknown form", {}, 0 }, "hex",
+            '"' + to_hex(m_cursor.Take(size)) + '"');
+        return true;
     }
 
     Plan const &m_plan;

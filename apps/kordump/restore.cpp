@@ -101,7 +101,9 @@ private:
         case Format::Preferences:
             m_bytes.PutNumber(parse_code(item.at("identifier")), 4);
             m_bytes.PutNumber(parse_number(item.at("version"), 0xFFFFFFFF), 4);
-            if (item.contains("data") || !item.value("cut", false))
+            if (item.contains("hex"))
+                m_bytes.PutBytes(from_hex(item["hex"].get_ref<std::string const &>()));
+            else if (item.contains("data") || !item.value("cut", false))
                 write_custom_data(m_bytes, item.at("data"));
             return;
         default:

@@ -182,6 +182,24 @@ TEST(Dump, KeepsWhatHasSeveralForms)
     EXPECT_EQ(json["items"][14]["ref"], 2);
 }
 
+TEST(Dump, GoesOnBehindDamagedCustomData)
+{
+    CCustomData data;
+    data.SetInt(1, 7);
+    std::string damaged = stream_of(data);
+    damaged[32] = 99; // the size of the entry
+    ArchiveEncoder file;
+    file.u32(3).raw("AAAA").u32(1).raw(damaged).raw("BBBB").u32(1).raw("NEW!").u32(2).raw("xy");
+    file.raw("CCCC").u32(1).raw(stream_of(data));
+    auto const plan = make_plan(file.bytes());
+    EXPECT_TRUE(comes_back(file.bytes(), plan));
+    Json const json = to_parsed_json(file.bytes(), plan);
+    EXPECT_FALSE(json.contains("rest"));
+    EXPECT_TRUE(json["items"].at(0)["data"].contains("rest"));
+    EXPECT_EQ(json["items"].at(1)["hex"], "4E455721020000007879");
+    EXPECT_EQ(json["items"].at(2)["data"]["entries"][0]["value"], 7);
+}
+
 TEST(Dump, RecognisesFormats)
 {
     CCustomData data;
@@ -308,7 +326,7 @@ TEST(Edit, MistakesAreNamedWithTheirPlace)
 
 TEST(Deep, TreesAsDeepAsMemory)
 {
-    constexpr unsigned depth = 300000;
+    constexpr unsigned depth = 100000;
     ArchiveEncoder bytes;
     bytes.new_class("CTree", 2).u32(4).u32(1);
     bytes.u32(3).new_class("CTreeNode", 2).u32(3).u32(5);
