@@ -23,7 +23,7 @@ public:
     //   C:\a.b\c.d.e    C:\a.b\     c.d    .e
     //   C:c             C:          c
     //   c.d e                       c.d e              (an extension has no blank)
-    //   C:\a\           C:\a\       .
+    //   C:\a\           C:\a\                          (nothing follows its separator)
     explicit CFileInfo(String const &path);
 
     String const &GetDirectory() const { return m_directory; } // as written, with its separator

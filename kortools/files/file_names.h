@@ -7,7 +7,7 @@
 
 // What fileIsValidFileName() looks at.
 enum FileNameCheck : unsigned int {
-    checkName = 1,          // characters of the last component: none of  * ? " < > | : / \.
+    checkName = 1,          // characters of the last component: none of  * ? " < > | \ / :
     checkDirectory = 2,     // an absolute path, in a directory that exists
     checkAllowRelative = 4, // with checkDirectory: a relative path is valid as it is
     checkAllowEmpty = 8,    // an empty name is valid

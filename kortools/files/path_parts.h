@@ -4,7 +4,7 @@
 // Results are new strings. Nothing throws but for want of memory: a path that makes no sense gives
 // what is left of it, or an empty text.
 //
-//   fileStripName(L"C:\\scenes\\box.kor")                    =>  C:\scenes\       .
+//   fileStripName(L"C:\\scenes\\box.kor")                    =>  "C:\scenes\"
 //   fileStripPath(L"C:\\scenes\\box.kor", false)             =>  box.kor
 //   fileStripPathAndExtension(L"C:\\scenes\\box.kor")        =>  box
 //   fileGetExtension(L"C:\\scenes\\box.kor")                 =>  .kor
@@ -34,7 +34,7 @@ KORTOOLS_API CXTString<wchar_t> fileGetExtension(CXTString<wchar_t> const &name)
 // root or a directory that exists comes back whole. Empty for a name without a directory.
 //
 //   C:\a\b.c  =>  C:\a\        C:\a\  =>  C:\a\        b.c  =>  (empty)
-//   \\server\share\b.c  =>  \\server\share\b.c\        .
+//   \\server\share\b.c  =>  "\\server\share\b.c\"
 KORTOOLS_API CXTString<wchar_t> fileStripName(CXTString<wchar_t> const &name);
 
 // The drive or share: "C:\", "\", "\\server\share". Without one it is "C:" of "C:a", and empty for

@@ -35,5 +35,5 @@ KORTOOLS_API CXTString<wchar_t> fileMakeAbsolutePath(CXTString<wchar_t> const &b
 
 // Resolves the "." and ".." of a path. False for 260 characters or more, and the path stays.
 //
-//   C:\a\.\b\..\c  =>  C:\a\c        a\..\..\b  =>  \b        (empty)  =>  \        .
+//   C:\a\.\b\..\c  =>  C:\a\c        a\..\..\b  =>  \b        (empty)  =>  "\"
 KORTOOLS_API bool fileMakePathShortest(CXTString<wchar_t> &path);

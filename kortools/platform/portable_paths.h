@@ -77,7 +77,7 @@ PathCut remove_file_spec(std::wstring_view path);
 //   C:\..\a      =>  C:\a
 //   a\..\..\b    =>  \b
 //   \\s\h\..\a   =>  \\s\h\a
-//   (empty)      =>  \                .
+//   (empty)      =>  "\"
 bool canonicalize_path(std::wstring_view path, PathText &result);
 
 // How to come from one path to another; a file's own name is not part of the way. Upper and lower
