@@ -125,10 +125,10 @@ bool fileGetParentDirectory(CXTString<wchar_t> &path)
 
 bool fileIsUNCPath(CXTString<wchar_t> const &name)
 {
-    return platform::is_unc_path(view_of(name));
+    return platform::is_unc_path(name.GetView());
 }
 
 bool fileIsPathRelative(CXTString<wchar_t> const &name)
 {
-    return platform::is_relative_path(view_of(name));
+    return platform::is_relative_path(name.GetView());
 }

@@ -64,11 +64,20 @@ std::size_t find_server(View path)
     return path.starts_with(LR"(\\)") ? 2 : none;
 }
 
+// Colons are few and mostly at the front: looking for each from there on is the fastest.
+std::size_t find_last_colon(View path)
+{
+    std::size_t last = none;
+    for (std::size_t at = path.find(L':'); at != none; at = path.find(L':', at + 1))
+        last = at;
+    return last;
+}
+
 // The end of the drive or of the colon that is the last one, with one '\' behind it; else that of
 // the one or two '\' at the front. remove_file_spec() takes nothing away before it.
 std::size_t find_floor(View path)
 {
-    std::size_t floor = path.rfind(L':');
+    std::size_t floor = find_last_colon(path);
     if (floor != none)
         return floor + 1 + path.substr(floor + 1).starts_with(L'\\');
     floor = path.starts_with(L'\\');
@@ -192,6 +201,24 @@ PathCut strip_to_root(View path)
 
 namespace {
 
+// 1 and 2 for the components "." and ".." at a position, else 0.
+std::size_t count_dots(View path, std::size_t at)
+{
+    std::size_t end = at;
+    while (end < path.size() && end < at + 2 && path[end] == L'.')
+        ++end;
+    return end == path.size() || path[end] == L'\\' ? end - at : 0;
+}
+
+// Where the first of these components begins; none when there is none.
+std::size_t find_dots(View path)
+{
+    std::size_t at = path.find(L'.');
+    while (at != none && ((at != 0 && path[at - 1] != L'\\') || count_dots(path, at) == 0))
+        at = path.find(L'.', at + 1);
+    return at;
+}
+
 // A path that is put together from components.
 class ComponentWriter {
 public:
@@ -199,6 +226,15 @@ public:
         : m_result(result)
         , m_kept_count(kept_count)
     {
+    }
+
+    // Begins with the components in front of `at`, where another one begins.
+    void begin(View path, std::size_t at)
+    {
+        View const head = path.substr(0, at);
+        m_count = static_cast<std::size_t>(std::count(head.begin(), head.end(), L'\\'));
+        m_result.length = at - (at != 0);
+        std::copy_n(head.begin(), m_result.length, m_result.text);
     }
 
     // Adds the component at a position of the path; returns where it ends.
@@ -234,15 +270,6 @@ private:
     std::size_t m_kept_count; // of the root, which stays
 };
 
-// 1 and 2 for the components "." and ".." at a position, else 0.
-std::size_t count_dots(View path, std::size_t at)
-{
-    std::size_t end = at;
-    while (end < path.size() && end < at + 2 && path[end] == L'.')
-        ++end;
-    return end == path.size() || path[end] == L'\\' ? end - at : 0;
-}
-
 std::size_t count_root_components(View path)
 {
     Prefix const prefix = get_prefix(path);
@@ -263,7 +290,9 @@ bool canonicalize_path(View path, PathText &result)
         return false;
     std::size_t const root_count = count_root_components(path);
     ComponentWriter writer(result, root_count);
-    for (std::size_t at = 0; at <= path.size(); ++at) {
+    std::size_t const first = std::min(find_dots(path), path.size() + 1);
+    writer.begin(path, first);
+    for (std::size_t at = first; at <= path.size(); ++at) {
         std::size_t const dots = count_dots(path, at);
         bool const is_server = writer.get_count() + 1 < root_count;
         if (dots == 0 || is_server) {
