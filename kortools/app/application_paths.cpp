@@ -83,7 +83,7 @@ CXTString<wchar_t> GetCommonApplicationDataPath(bool withoutVersion, wchar_t con
 
 CXTString<wchar_t> GetUserApplicationDataPath(bool withoutVersion, wchar_t const *sub)
 {
-    String const path = get_data_path(
+    String path = get_data_path(
         ApplicationState::get().m_user_data, platform::get_user_data_folder, withoutVersion, sub);
     make_directory(path);
     return path;
@@ -91,7 +91,7 @@ CXTString<wchar_t> GetUserApplicationDataPath(bool withoutVersion, wchar_t const
 
 CXTString<wchar_t> GetUserPreferencesPath(bool create)
 {
-    String const path = get_preferences_path(
+    String path = get_preferences_path(
         ApplicationState::get().m_user_preferences, GetUserApplicationDataPath);
     if (create)
         make_directory(path);
@@ -100,7 +100,7 @@ CXTString<wchar_t> GetUserPreferencesPath(bool create)
 
 CXTString<wchar_t> GetCommonPreferencesPath(bool create)
 {
-    String const path = get_preferences_path(
+    String path = get_preferences_path(
         ApplicationState::get().m_common_preferences, GetCommonApplicationDataPath);
     if (create)
         make_directory(path);
