@@ -90,7 +90,7 @@ void normalize(String const &path)
     String const single = apply_twice(path, [](String &text) { fileRemoveDuplicatedSlash(text); });
     check(single.GetView().find(L"\\\\") == View::npos);
     apply_twice(path, [](String &text) { fileMakePathShortest(text); });
-    apply_twice(path, [](String &text) { fileRemoveInvalidChar(text, L'_'); });
+    apply_twice(path, [](String &text) { fileRemoveInvalidChar(text, '_'); });
     for (unsigned const flags : { 0U, 1U, 16U, 6U })
         fileIsValidFileName(path, flags | checkSilent);
 }

@@ -49,13 +49,13 @@ bool is_in_directory(String const &path)
 
 } // namespace
 
-void fileRemoveInvalidChar(CXTString<wchar_t> &name, wchar_t replacement)
+void fileRemoveInvalidChar(CXTString<wchar_t> &name, char replacement)
 {
     int const invalid = name.FindOneOf(L"<>:\"/\\|?*.");
     if (invalid >= 0)
         name.ReleaseBuffer(invalid);
-    if (replacement != L' ')
-        name.Replace(L' ', replacement);
+    if (replacement != ' ')
+        name.Replace(L' ', static_cast<wchar_t>(static_cast<unsigned char>(replacement)));
 }
 
 bool fileIsValidFileName(CXTString<wchar_t> const &name, unsigned int flags)

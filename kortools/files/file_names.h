@@ -16,10 +16,10 @@ enum FileNameCheck : unsigned int {
 };
 
 // Cuts the name at its first  < > : " / \ | ? * or dot,  and so loses the extension; then replaces
-// the blanks that are left, unless by blanks.
+// the blanks that are left, unless by blanks; a replacement above 127 is one of Latin-1.
 //
 //   my file.txt, '_'  =>  my_file        a:b  =>  a
-KORTOOLS_API void fileRemoveInvalidChar(CXTString<wchar_t> &name, wchar_t replacement);
+KORTOOLS_API void fileRemoveInvalidChar(CXTString<wchar_t> &name, char replacement);
 
 // Whether the user may give this name, with `flags` of FileNameCheck. If not, a message box says
 // why in the active language.

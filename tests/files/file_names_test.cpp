@@ -55,7 +55,7 @@ protected:
     MessageBoxes m_boxes;
 };
 
-String without_invalid(String name, wchar_t replacement)
+String without_invalid(String name, char replacement)
 {
     fileRemoveInvalidChar(name, replacement);
     return name;
@@ -65,11 +65,11 @@ String without_invalid(String name, wchar_t replacement)
 
 TEST_F(FileNames, InvalidCharactersCutAName)
 {
-    EXPECT_EQ(without_invalid(L"my file.txt", L'_'), L"my_file");
-    EXPECT_EQ(without_invalid(L"my file.txt", L' '), L"my file");
-    EXPECT_EQ(without_invalid(L"a:b", L'_'), L"a");
-    EXPECT_EQ(without_invalid(L"*", L'_'), L"");
-    EXPECT_EQ(without_invalid(L" a ", L'.'), L".a.");
+    EXPECT_EQ(without_invalid(L"my file.txt", '_'), L"my_file");
+    EXPECT_EQ(without_invalid(L"my file.txt", ' '), L"my file");
+    EXPECT_EQ(without_invalid(L"a:b", '_'), L"a");
+    EXPECT_EQ(without_invalid(L"*", '_'), L"");
+    EXPECT_EQ(without_invalid(L" a ", '.'), L".a.");
 }
 
 TEST_F(FileNames, ValidOnesShowNothing)
