@@ -117,6 +117,22 @@ TEST(ThreadControl, SeveralThreadsMaySuspendOne)
     EXPECT_TRUE(counter.moves());
 }
 
+TEST(ThreadControl, AThreadMayEndWhileItIsSuspended)
+{
+    for (int round = 0; round < 2000; ++round) {
+        std::atomic<bool> goes { false };
+        KeptThread const thread([&goes, round] {
+            goes = true;
+            for (std::atomic<int> i { 0 }; i < round % 100 * 20; ++i) { }
+            return true;
+        });
+        while (!goes)
+            std::this_thread::yield();
+        while (thread->SuspendThread() && thread->ResumeThread()) { }
+        EXPECT_TRUE(thread->WaitForEnd()) << "only an ended thread cannot be suspended";
+    }
+}
+
 TEST(ThreadControl, AThreadMayBeginSuspendedAndSuspendItself)
 {
     {

@@ -48,9 +48,9 @@ thread_local State *s_state = nullptr; // null on threads that were not started 
 void report_end(State &state)
 {
     std::shared_ptr<State> const keep = std::move(state.keep);
+    std::lock_guard const lock(state.mutex); // until then, somebody may be stopping the thread
     posix::StopGate::attach_current(nullptr);
     s_state = nullptr;
-    std::lock_guard const lock(state.mutex);
     state.finished = true;
     state.ended.notify_all();
 }
@@ -134,7 +134,7 @@ bool NativeThread::start(ThreadStart const &start)
     state->inherited = s_state ? s_state->priority.load() : ThreadPriority::Normal;
     if (start.suspended) {
         state->suspend_count = 1;
-        state->gate.close_at_start();
+        state->gate.close();
     }
     state->keep = state;
     if (pthread_create(&state->thread, attributes.get(), run_thread, state.get()) != 0) {
@@ -196,17 +196,16 @@ bool NativeThread::suspend()
         return false;
     if (state.suspend_count.fetch_add(1) > 0)
         return true;
-    if (s_state == &state) {
+    state.gate.close();
+    bool const is_self = s_state == &state;
+    if (is_self)
         lock.unlock(); // the thread that resumes this one needs it
-        bool const stopped = state.gate.close(state.thread);
-        state.suspend_count -= stopped ? 0 : 1;
-        return stopped;
-    }
-    if (!state.gate.close(state.thread)) {
+    if (!posix::StopGate::send_signal(state.thread)) {
         --state.suspend_count;
+        state.gate.open();
         return false;
     }
-    return state.gate.wait_until_stopped(state.id, -1);
+    return is_self || state.gate.wait_until_stopped(state.id, -1);
 }
 
 bool NativeThread::resume()
@@ -250,9 +249,9 @@ bool NativeThread::terminate()
     if (state.id == 0 || state.finished || s_state == &state)
         return false;
     if (state.suspend_count == 0) {
-        if (!state.gate.close(state.thread))
-            return false;
-        if (!state.gate.wait_until_stopped(state.id, reaction_time_ms)) {
+        state.gate.close();
+        if (!posix::StopGate::send_signal(state.thread)
+            || !state.gate.wait_until_stopped(state.id, reaction_time_ms)) {
             state.gate.open();
             return false;
         }

@@ -88,18 +88,15 @@ bool StopGate::is_current(StopGate const *gate)
     return s_gate == gate;
 }
 
-void StopGate::close_at_start()
-{
-    m_request = 1;
-}
-
-bool StopGate::close(pthread_t thread)
+void StopGate::close()
 {
     m_request.fetch_add(1);
-    if (pthread_kill(thread, get_stop_signal()) == 0)
-        return true;
-    m_request.fetch_sub(1);
-    return false;
+}
+
+bool StopGate::send_signal(pthread_t thread)
+{
+    int const signal = get_stop_signal();
+    return signal != 0 && pthread_kill(thread, signal) == 0;
 }
 
 bool StopGate::wait_until_stopped(unsigned long long thread_id, int timeout_ms)

@@ -15,11 +15,12 @@ public:
     static void attach_current(StopGate *gate);
     static bool is_current(StopGate const *gate);
 
-    // Before the thread runs: it stops at its first wait_while_closed().
-    void close_at_start();
+    // A thread that does not run yet stops at its first wait_while_closed(); a running one must be
+    // sent the signal, too.
+    void close();
 
-    // Closes the gate and sends the signal. False, and nothing done, when that fails.
-    bool close(pthread_t thread);
+    // False when the signal cannot be sent.
+    static bool send_signal(pthread_t thread);
 
     // Waits until the thread has stopped at the closed gate, or is in the kernel where no signal
     // reaches it: it then stops before its next own instruction. A negative time is no limit.

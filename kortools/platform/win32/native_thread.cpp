@@ -43,11 +43,13 @@ bool set_system_priority(HANDLE thread, ThreadPriority priority)
 }
 
 // A thread that has been told to stop may still run; its registers can be read once it has stopped.
-void wait_until_stopped(HANDLE thread)
+// False when it has ended instead.
+bool wait_until_stopped(HANDLE thread)
 {
     CONTEXT context {};
     context.ContextFlags = CONTEXT_CONTROL;
-    GetThreadContext(thread, &context);
+    return GetThreadContext(thread, &context) != 0
+        && WaitForSingleObject(thread, 0) != WAIT_OBJECT_0;
 }
 
 } // namespace
@@ -109,13 +111,11 @@ bool NativeThread::suspend()
     if (!m_state->thread || is_finished())
         return false;
     ++m_state->suspend_count; // before: the calling thread may be the one that stops
-    if (SuspendThread(m_state->thread) == static_cast<DWORD>(-1)) {
-        --m_state->suspend_count;
-        return false;
-    }
-    if (!is_self)
-        wait_until_stopped(m_state->thread);
-    return true;
+    bool const told = SuspendThread(m_state->thread) != static_cast<DWORD>(-1);
+    if (told && (is_self || wait_until_stopped(m_state->thread)))
+        return true;
+    --m_state->suspend_count;
+    return false;
 }
 
 bool NativeThread::resume()
