@@ -372,7 +372,7 @@ TEST(Deep, JsonThatNobodyWouldWrite)
     json += R"("entries": [)";
     for (int i = 0; i < kordump::maximum_container_depth * 64; ++i) {
         json += R"({"id": 1, "kind": "CDA2", "value": {"entries": [)";
-        end = "]}}" + end;
+        end.insert(0, "]}}");
     }
     EXPECT_EQ(restore(json + end).size(), kordump::maximum_container_depth * 64 * 12U);
     EXPECT_THROW(
