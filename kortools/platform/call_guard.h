@@ -25,6 +25,8 @@ using BlockingWork = std::function<void(std::atomic<bool> const &is_late)>;
 // does not reach a thread that waits for a dead mount. So `work` must own everything it uses. To
 // keep those threads few, at most one waits for the same path and 16 for the same mount; a call
 // that finds them there waits for its turn, and its time runs.
+//
+// Without a thread to be had the work has no limit.
 bool run_within(unsigned int limit_ms, std::string_view native_path, BlockingWork work);
 
 // Cancels what the calling thread waits for. On Linux that is a signal: calls that no signal

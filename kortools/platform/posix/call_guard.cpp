@@ -111,6 +111,18 @@ bool may_start(OverdueCalls const &overdue, std::string const &path, std::string
         && std::ranges::count_if(overdue.calls, is_same_mount) < max_overdue_on_mount;
 }
 
+// Enters a call into the list; the caller holds its mutex.
+void note_overdue(OverdueCalls &overdue, std::shared_ptr<Call> const &call, std::string path,
+    std::string mount_point)
+try {
+    overdue.calls.push_back(call);
+    call->path = std::move(path);
+    call->mount_point
+        = mount_point.empty() ? find_place(call->path).mount.mount_point : std::move(mount_point);
+} catch (std::exception const &) {
+    // No memory: the call is not counted, or not for its mount.
+}
+
 bool report_late()
 {
     errno = ETIMEDOUT;
@@ -134,8 +146,10 @@ bool run_within(unsigned int limit_ms, std::string_view native_path, BlockingWor
             return report_late();
     }
     std::thread thread = start_thread(call);
-    if (!thread.joinable())
-        throw std::bad_alloc();
+    if (!thread.joinable()) {
+        call->work(call->is_late); // without a thread there is no limit either
+        return true;
+    }
     std::unique_lock lock(overdue.mutex);
     if (call->finished.wait_until(lock, deadline, [&] { return call->is_done; })) {
         lock.unlock();
@@ -145,12 +159,9 @@ bool run_within(unsigned int limit_ms, std::string_view native_path, BlockingWor
         return true;
     }
     call->is_late = true;
-    call->path = std::move(path);
-    call->mount_point
-        = mount_point.empty() ? find_place(call->path).mount.mount_point : mount_point;
-    overdue.calls.push_back(call);
-    keep_library_loaded();
     thread.detach();
+    keep_library_loaded();
+    note_overdue(overdue, call, std::move(path), std::move(mount_point));
     return report_late();
 }
 
