@@ -43,7 +43,8 @@ std::size_t find_verbatim_names(std::wstring_view path)
     if (!path.starts_with(L"\\\\?\\UNC\\"))
         return std::min<std::size_t>(path.size(), 7);
     std::size_t const share = path.find(L'\\', 8);
-    return share == path.npos ? path.size() : std::min(path.find(L'\\', share + 1), path.size());
+    return share == std::wstring_view::npos ? path.size()
+                                            : std::min(path.find(L'\\', share + 1), path.size());
 }
 
 // The path and the directories above it, from the top down, without roots and server shares.

@@ -107,7 +107,7 @@ bool NamePattern::matches(std::wstring_view name) const
     Positions positions(m_pattern);
     for (std::size_t i = 0; i < lower.size(); ++i) {
         positions.skip_empty(lower[i] == L'.', false);
-        positions.take(lower[i], last_dot != lower.npos && i < last_dot);
+        positions.take(lower[i], last_dot != std::wstring::npos && i < last_dot);
     }
     positions.skip_empty(false, true);
     return positions.is_complete();

@@ -31,7 +31,9 @@ bool may(std::string const &path, int mode)
 bool may_delete(std::string const &path, struct stat const &facts)
 {
     std::size_t const slash = path.find_last_of('/');
-    std::string const folder = slash == path.npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
+    std::string const folder = slash == std::string::npos ? "."
+        : slash == 0                                      ? "/"
+                                                          : path.substr(0, slash);
     struct stat folder_facts;
     if (!may(folder, W_OK | X_OK) || stat(folder.c_str(), &folder_facts) != 0)
         return false;

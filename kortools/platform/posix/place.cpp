@@ -87,7 +87,8 @@ Place find_place(std::string_view native_path, std::vector<Mount> const &mounts)
             mount = find_mount_above(mounts, path);
             continue;
         }
-        std::string const next = path + '/' + name;
+        std::string next = path;
+        next.append(1, '/').append(name);
         if (Mount const *const entered = find_mount(mounts, next))
             mount = entered;
         bool const is_safe = !mount || !may_stop_answering(mount->type);
@@ -97,7 +98,7 @@ Place find_place(std::string_view native_path, std::vector<Mount> const &mounts)
             continue;
         }
         ++links;
-        rest = target + rest;
+        rest.insert(0, target);
         if (target[0] == '/') {
             path.clear();
             mount = find_mount(mounts, "/");
