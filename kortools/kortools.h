@@ -50,6 +50,8 @@
 #include "kortools/files/file_info.h"
 #include "kortools/files/file_names.h"
 #include "kortools/files/file_status.h"
+#include "kortools/files/file_types.h"
+#include "kortools/files/io_plugin_mode.h"
 #include "kortools/files/network_paths.h"
 #include "kortools/files/numbered_names.h"
 #include "kortools/files/path_parts.h"

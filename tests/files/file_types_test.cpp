@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/files/file_types.h"
+
+#include "kortools/archive/archive.h"
+#include "kortools/files/file_type_registry.h"
+#include "tests/support/scoped_locale.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <iterator>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+using String = CXTString<wchar_t>;
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+// Begins each test with the library's own types.
+class FileTypes : public testing::Test {
+protected:
+    ~FileTypes() override { kortools::files::destroy_file_types(); }
+};
+
+CFileExt make_type(wchar_t const *extensions, unsigned int file_class, unsigned int loader = 7)
+{
+    CFileExt type;
+    type.m_description = extensions;
+    type.m_extensions = extensions;
+    type.m_class = file_class;
+    type.m_properties = fileKind3D | 0x1;
+    type.m_loader = loader;
+    return type;
+}
+
+Texts descriptions(unsigned int filter)
+{
+    unsigned int count = 99;
+    CFileExt *const types = fileGetRegisteredFiles(count, filter);
+    Texts result;
+    for (unsigned int i = 0; i < count; ++i)
+        result.emplace_back(types[i].m_description);
+    EXPECT_EQ(types == nullptr, count == 0);
+    fileFreeRegisteredFiles(types, count);
+    return result;
+}
+
+Texts as_vector(CXArray<String> const &array)
+{
+    return { array.begin(), array.end() };
+}
+
+} // namespace
+
+TEST_F(FileTypes, TheLibrarysOwnAreFoundByNameAndByClass)
+{
+    struct Row {
+        wchar_t const *name;
+        char const (&file_class)[5];
+        unsigned int kind;
+        bool loads;
+        bool saves;
+        wchar_t const *main_extension;
+    };
+    Row const rows[] = {
+        { L"movie.FLV", "MOV ", fileKindVideo, true, false, L".flv" },
+        { L"movie.wmv", "MPG4", fileKindVideo, true, false, L".mpeg" },
+        { L"C:\\a.b\\x.DiB", "BMP ", fileKindBitmap, true, false, L".bmp" },
+        { L"depth.kor", "ZFIL", fileKindBitmap, true, true, L".kor" },
+        { L"scene.ma", "MAYA", fileKind3D, true, true, L".mb" },
+        { L"a.midi", "MIDI", fileKindAudio, true, false, L".mid" },
+        { L"a.swf", "FLAS", fileKindWebPage, true, false, L".swf" },
+        { L"http://h/index.html?x=a.zip", "IHTM", fileKindWebPage, true, false, L".htm" },
+        { L".avi", "AVI ", fileKindVideo, true, true, L".avi" },
+        { L"a.tar.gz", "GZ  ", fileKindArchive, false, false, L".gz" },
+        { L"a.zip", "ZIP ", fileKindArchive, true, true, L".zip" },
+    };
+    for (Row const &row : rows) {
+        SCOPED_TRACE(CXTString<char>(row.name).GetConstBuffer());
+        unsigned int const loader = row.loads ? 0x42524E53 : 0x554E4B4E; // BRNS, UNKN
+        unsigned int const saver = row.saves ? 0x42524E53 : 0x554E4B4E;
+        EXPECT_EQ(fileGetClass(row.name), fileMakeCode(row.file_class));
+        EXPECT_EQ(fileGetKindOf(row.name), row.kind);
+        EXPECT_EQ(fileGetLoader(row.name), loader);
+        EXPECT_EQ(fileGetSaver(row.name), saver);
+        EXPECT_EQ(fileGetMainExtension(row.name), row.main_extension);
+        EXPECT_EQ(fileGetKindOf(fileMakeCode(row.file_class)), row.kind);
+        unsigned int file_class = 0;
+        unsigned int component = 0;
+        EXPECT_TRUE(fileGetCInfo(row.name, file_class, component, true));
+        EXPECT_EQ(file_class, fileMakeCode(row.file_class));
+        EXPECT_EQ(component, saver);
+    }
+    EXPECT_EQ(fileGetMainExtension(0x424D5020), L".bmp");
+    EXPECT_EQ(fileGetMainExtension(fileMakeCode("MOV ")), L".mov"); // the first of two
+    EXPECT_EQ(fileGetProperties(L"a.swf"), 0x23011U);
+    EXPECT_EQ(fileGetProperties(fileMakeCode("AVI ")), 0x10113U);
+    CFileExt type;
+    ASSERT_TRUE(fileGetFileExt(L"a.flv", type));
+    EXPECT_EQ(type.m_description, L"Flash video files");
+    ASSERT_TRUE(fileGetExtensionInfo(fileMakeCode("MOV "), type));
+    EXPECT_EQ(type.m_description, L"QuickTime files");
+    EXPECT_EQ(type.m_callback, nullptr);
+}
+
+TEST_F(FileTypes, WhatIsNotKnownChangesNothing)
+{
+    for (wchar_t const *const name : { L"", L"bmp", L"a.", L"a.bmp\\b", L"a.bm", L"a.dib|bmp" }) {
+        SCOPED_TRACE(CXTString<char>(name).GetConstBuffer());
+        CFileExt type = make_type(L".kept", 3);
+        unsigned int file_class = 5;
+        unsigned int component = 6;
+        EXPECT_FALSE(fileGetFileExt(name, type));
+        EXPECT_EQ(type.m_extensions, L".kept");
+        EXPECT_FALSE(fileGetCInfo(name, file_class, component));
+        EXPECT_EQ(file_class, 5U);
+        EXPECT_EQ(component, 6U);
+        EXPECT_EQ(fileGetClass(name) | fileGetProperties(name) | fileGetKindOf(name), 0U);
+        EXPECT_EQ(fileGetLoader(name) | fileGetSaver(name) | fileFindParser(name), 0U);
+        EXPECT_EQ(fileGetMainExtension(name), L"");
+    }
+    unsigned int const unknown = fileMakeCode("NONE");
+    CXArray<String> extensions;
+    CFileExt type;
+    EXPECT_FALSE(fileGetExtensionInfo(unknown, type));
+    EXPECT_EQ(fileGetProperties(unknown) | fileGetKindOf(unknown), 0U);
+    EXPECT_EQ(fileGetMainExtension(unknown), L"");
+    EXPECT_EQ(fileGetExtensionArray(unknown, extensions), 0);
+}
+
+TEST_F(FileTypes, ListsAreSortedAndFiltered)
+{
+    Texts const all = descriptions(0);
+    ASSERT_EQ(all.size(), 31U);
+    auto const place
+        = [&](wchar_t const *text) { return std::ranges::find(all, text) - all.begin(); };
+    EXPECT_EQ(place(L"3ds Max files (Dynamic Data Format Exchange)"), 0);
+    EXPECT_LT(place(L"7-zip files"), place(L"Avi files"));
+    EXPECT_LT(place(L"gz files"), place(L"HDR files"));
+    EXPECT_TRUE(all.back() == L"Zpic softimage files");
+
+    EXPECT_TRUE(descriptions(fileKindArchive | fileCanSave) == Texts { L"Zip files" });
+    EXPECT_TRUE(descriptions(fileKindFlash) == Texts { L"Flash files" });
+    EXPECT_EQ(descriptions(fileKind3D | fileKindArchive | fileCanLoad).size(), 5U);
+    EXPECT_TRUE(descriptions(0x80000000).empty());
+
+    CXArray<String> extensions;
+    extensions.Add(L"first");
+    EXPECT_EQ(fileGetExtensionArray(fileMakeCode("BMP "), extensions), 2);
+    EXPECT_EQ(fileGetExtensionArray(fileMakeCode("MOV "), extensions, false), 1);
+    EXPECT_TRUE((as_vector(extensions) == Texts { L"first", L".bmp", L".dib", L"mov" }));
+    extensions.RemoveAll();
+    EXPECT_EQ(fileGetExtensionArrayByProperty(fileKindVideo, extensions, false), 9); // .wmv once
+    EXPECT_EQ(fileGetExtensionArrayByProperty(fileKind3D | fileCanSave, extensions, true, true), 0);
+    EXPECT_EQ(fileGetExtensionArrayByProperty(fileKind3D | 0x3, extensions, true, true), 5);
+    EXPECT_EQ(extensions[9], L".max");
+}
+
+// Of the oldest type that has the extension, or is of the class, with a plain search of them all.
+TEST_F(FileTypes, AnswersAgreeWithASearchWhileTypesComeAndGo)
+{
+    std::mt19937 random(5);
+    wchar_t const *const lists[]
+        = { L".q1", L".Q1|.q2", L".q2|.q3|.q1", L".q3", L"||.q2|", L"", L".q1|.Q1" };
+    std::vector<CFileExt> model;
+    for (int step = 0; step < 1000; ++step) {
+        auto const file_class = static_cast<unsigned int>(1 + random() % 4);
+        auto const loader = static_cast<unsigned int>(random() % 3);
+        if (random() % 3) {
+            CFileExt type = make_type(lists[random() % std::size(lists)], file_class, 1 + loader);
+            fileRegisterFile(type);
+            model.push_back(type);
+        } else {
+            fileUnregisterFile(file_class, loader);
+            std::erase_if(model, [&](CFileExt const &type) {
+                return type.m_class == file_class && (!loader || type.m_loader == loader);
+            });
+        }
+        for (wchar_t const *const name : { L"x.q1", L"x.Q2", L"x.q3" }) {
+            String const extension = String(name).Right(3).MakeLower();
+            auto const found = std::ranges::find_if(model, [&](CFileExt type) {
+                return (type.m_extensions.MakeLower() + L'|').Find(L'.' + extension.Right(2) + L'|')
+                    >= 0;
+            });
+            CFileExt type;
+            ASSERT_EQ(fileGetFileExt(name, type), found != model.end()) << "step " << step;
+            ASSERT_EQ(fileGetLoader(name), found == model.end() ? 0 : found->m_loader);
+            ASSERT_EQ(fileFindParser(name), found == model.end() ? 0 : found->m_class);
+        }
+        auto const found = std::ranges::find(model, file_class, &CFileExt::m_class);
+        CFileExt type;
+        ASSERT_EQ(fileGetExtensionInfo(file_class, type), found != model.end());
+        if (found != model.end()) {
+            ASSERT_EQ(type.m_extensions, found->m_extensions);
+        }
+    }
+}
+
+TEST_F(FileTypes, OthersAnswerWhenTheFirstIsRemoved)
+{
+    CFileExt type = make_type(L".WMV", 9);
+    fileRegisterFile(type);
+    EXPECT_EQ(fileFindParser(L"a.wmv", 0), fileMakeCode("MPG4"));
+    EXPECT_EQ(fileFindParser(L"a.wmv", 1), fileMakeCode("WMV "));
+    EXPECT_EQ(fileFindParser(L"a.wmv", 2), 9U);
+    EXPECT_EQ(fileFindParser(L"a.wmv", 3), 0U);
+    fileUnregisterFile(fileMakeCode("MPG4"), 7); // not its loader
+    EXPECT_EQ(fileGetClass(L"a.wmv"), fileMakeCode("MPG4"));
+    fileUnregisterFile(fileMakeCode("MPG4"));
+    EXPECT_EQ(fileGetClass(L"a.wmv"), fileMakeCode("WMV "));
+    EXPECT_EQ(fileGetClass(L"a.mpg"), 0U);
+    fileUnregisterFile(fileMakeCode("MOV ")); // both
+    EXPECT_EQ(fileGetClass(L"a.mov") | fileGetClass(L"a.flv"), 0U);
+
+    kortools::files::create_file_types(); // there is one
+    EXPECT_EQ(fileGetClass(L"a.mpg"), 0U);
+    kortools::files::destroy_file_types();
+    EXPECT_EQ(fileGetClass(L"a.wmv"), fileMakeCode("MPG4"));
+}
+
+TEST_F(FileTypes, TheLettersOfTheLocaleDoNotHideAnExtension)
+{
+    ScopedLocale const locale({ "tr_TR.UTF-8", "Turkish_Turkey.1254" }); // where I has another i
+    EXPECT_EQ(fileGetClass(L"MAP.PIC"), fileMakeCode("PIC "));
+}
+
+TEST_F(FileTypes, ThreadsMayRegisterAndAskAtOnce)
+{
+    std::atomic<int> wrong = 0;
+    auto const work = [&](unsigned int number) {
+        std::wstring const extension = L".t" + std::to_wstring(number);
+        for (int i = 0; i < 200; ++i) {
+            CFileExt type = make_type(extension.c_str(), number);
+            fileRegisterFile(type);
+            wrong += fileGetClass(L"x" + extension) != number;
+            unsigned int count = 0;
+            fileFreeRegisteredFiles(fileGetRegisteredFiles(count), count);
+            wrong += count < 32 || count > 34;
+            fileUnregisterFile(number);
+            wrong += fileGetFileExt(L"x" + extension, type);
+            wrong += fileGetMainExtension(L"y.DIB") != L".bmp";
+        }
+    };
+    std::vector<std::thread> threads;
+    for (unsigned int number = 1; number <= 3; ++number)
+        threads.emplace_back(work, number);
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
+}
