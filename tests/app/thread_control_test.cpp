@@ -119,7 +119,7 @@ TEST(ThreadControl, SeveralThreadsMaySuspendOne)
 
 TEST(ThreadControl, AThreadMayEndWhileItIsSuspended)
 {
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < 300; ++round) {
         std::atomic<bool> goes { false };
         KeptThread const thread([&goes, round] {
             goes = true;

@@ -48,7 +48,13 @@ thread_local State *s_state = nullptr; // null on threads that were not started 
 void report_end(State &state)
 {
     std::shared_ptr<State> const keep = std::move(state.keep);
-    std::lock_guard const lock(state.mutex); // until then, somebody may be stopping the thread
+    // Whoever holds the lock may be waiting for this thread to stop, and the signal may be late.
+    std::unique_lock lock(state.mutex, std::try_to_lock);
+    while (!lock.owns_lock()) {
+        state.gate.wait_while_closed();
+        sched_yield();
+        static_cast<void>(lock.try_lock());
+    }
     posix::StopGate::attach_current(nullptr);
     s_state = nullptr;
     state.finished = true;
