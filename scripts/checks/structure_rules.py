@@ -9,11 +9,12 @@ from . import tree
 BELOW = {
     "platform": set(),
     "core": {"platform"},
-    "text": {"platform", "core"},
-    "archive": {"platform", "core", "text"},
+    "text tables": {"platform", "core"},
+    "archive": {"platform", "core", "text tables"},
 }
-for area in ("data", "files", "app", "graphics"):
-    BELOW[area] = {"platform", "core", "text", "archive", "data", "files", "app", "graphics"}
+for area in ("data", "files", "app", "graphics", "text"):
+    BELOW[area] = {"platform", "core", "text tables", "archive", "data", "files", "app", "graphics",
+                   "text"}
 BELOW["ui"] = set(BELOW)
 
 STANDARD_HEADERS = set("""
@@ -44,16 +45,23 @@ PUBLIC_DECLARATION = re.compile(
 NOT_PUBLIC = {}  # header: reason
 
 
+def area_of(path):
+    """The folder; the tables of texts lie below the functions beside them."""
+    if path.parts[1] == "text" and path.stem in ("string_table", "texts"):
+        return "text tables"
+    return path.parts[1]
+
+
 def direction():
     """Includes point from an area to those below it."""
     for path in tree.select("kortools"):
-        area = path.parts[1]
+        area = area_of(path)
         if len(path.parts) < 3:
             continue
         for number, kind, name in tree.includes(path):
-            other = pathlib.PurePosixPath(name).parts
-            if kind == '"' and (other[0] != "kortools" or len(other) > 2
-                                and other[1] != area and other[1] not in BELOW[area]):
+            other = pathlib.PurePosixPath(name)
+            if kind == '"' and (other.parts[0] != "kortools" or len(other.parts) > 2
+                                and area_of(other) not in {area} | BELOW[area]):
                 yield f"{path}:{number}: {area} must not include {name}"
 
 

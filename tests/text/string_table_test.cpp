@@ -2,6 +2,7 @@
 #include "kortools/text/string_table.h"
 
 #include "kortools/text/texts.h"
+#include "tests/support/thread_language.h"
 
 #include <gtest/gtest.h>
 
@@ -13,15 +14,6 @@
 using kortools::text::Text;
 
 namespace {
-
-class ThreadLanguage {
-public:
-    explicit ThreadLanguage(unsigned int language)
-    {
-        kortools::text::set_thread_language(language);
-    }
-    ~ThreadLanguage() { kortools::text::set_thread_language(0); }
-};
 
 // What a translation must keep: the directives in their order, for they take their arguments in
 // turn, and how often %1 and the field separator occur.
