@@ -18,6 +18,8 @@
 #include "kortools/core/throw.h"
 #include "kortools/core/xstring.h"
 
+#include "kortools/text/clean_text.h"
+#include "kortools/text/scrambled_text.h"
 #include "kortools/text/string_table.h"
 
 #include "kortools/archive/archive.h"
