@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/text/string_arrays.h"
+
+#include "kortools/archive/archive.h"
+#include "kortools/files/file_types.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+using String = CXTString<wchar_t>;
+using Texts = std::vector<std::wstring>;
+
+namespace {
+
+CXArray<String> make_array(Texts const &texts)
+{
+    CXArray<String> array;
+    for (std::wstring const &text : texts)
+        array.Add(text);
+    return array;
+}
+
+Texts sorted(Texts const &texts, int mode)
+{
+    CXArray<String> array = make_array(texts);
+    SortStringArray(array, static_cast<_CompareStringsEnum>(mode));
+    return { array.begin(), array.end() };
+}
+
+} // namespace
+
+TEST(StringArrays, EachModeHasItsOrder)
+{
+    Texts const texts { L"b", L"_", L"A", L"", L"a", L"B", L"\xE9", L"" };
+    EXPECT_TRUE((sorted(texts, 1) == Texts { L"", L"", L"_", L"A", L"a", L"b", L"B", L"\xE9" }));
+    EXPECT_TRUE((sorted(texts, 2) == Texts { L"", L"", L"A", L"B", L"_", L"a", L"b", L"\xE9" }));
+    EXPECT_EQ(sorted(texts, 3), sorted(texts, 1)); // the C locale collates by character
+    EXPECT_EQ(sorted(texts, 4), sorted(texts, 2));
+    for (int const mode : { 0, 6, -1 })
+        EXPECT_EQ(sorted(texts, mode), texts);
+
+    // Units, not code points: a pair is in front of U+FF5E.
+    EXPECT_TRUE((sorted({ L"\xFF5E", L"\U0001F600" }, 2) == Texts { L"\U0001F600", L"\xFF5E" }));
+}
+
+TEST(StringArrays, FileNamesGoByClassWhereBothHaveOne)
+{
+    // 3DIF, BMP, IHTM; the same class by name.
+    EXPECT_TRUE((sorted({ L"a.html", L"c.DIB", L"B.bmp", L"z.3dif" }, 5)
+        == Texts { L"z.3dif", L"B.bmp", L"c.DIB", L"a.html" }));
+    EXPECT_TRUE((sorted({ L"b.q", L"C", L"a.q", L"" }, 5) == Texts { L"", L"a.q", L"b.q", L"C" }));
+    EXPECT_TRUE((sorted({ L"b.bmp", L"a.q" }, 5) == Texts { L"a.q", L"b.bmp" }));
+
+    // Names without a class make the order contradict itself; nothing may be lost for that.
+    std::mt19937 random(8);
+    wchar_t const *const endings[] = { L".zip", L".bmp", L".q", L"" };
+    Texts names;
+    for (int i = 0; i < 300; ++i)
+        names.push_back(std::to_wstring(random() % 40) + endings[random() % 4]);
+    Texts result = sorted(names, 5);
+    std::ranges::sort(names);
+    std::ranges::sort(result);
+    EXPECT_EQ(result, names);
+}
+
+TEST(StringArrays, AreSearchedCopiedAndMadeASet)
+{
+    CXArray<String> const array = make_array({ L"One", L"two", L"Two", L"" });
+    EXPECT_EQ(FindInStringArray(array, L"Two"), 2);
+    EXPECT_EQ(FindInStringArray(array, L"TWO"), -1);
+    EXPECT_EQ(FindInStringArray(array, L"TWO", true), 1);
+    EXPECT_EQ(FindInStringArray(array, L""), 3);
+    CXArray<String> copy = make_array({ L"old" });
+    CopyStringArray(array, copy);
+    EXPECT_TRUE(copy == array);
+    CHashTable<String> set;
+    set.Insert(L"kept");
+    StringToHash(array, set);
+    EXPECT_EQ(set.GetCount(), 5U);
+    EXPECT_TRUE(set.IsFound(L"kept") && set.IsFound(L"Two") && set.IsFound(L""));
+
+    EXPECT_EQ(StringFind(L"one TWO two", L"two"), 8);
+    EXPECT_EQ(StringFind(L"one TWO two", L"two", true), 4);
+    EXPECT_EQ(StringFindNoCase(L"one TWO", L"two"), 4);
+    EXPECT_EQ(StringFindNoCase(L"one", L"two"), -1);
+    String text = L"xAxaxA";
+    EXPECT_EQ(StringRemoveNoCase(text, L"a", false), 1);
+    EXPECT_EQ(StringRemoveNoCase(text, L"a", true), 2);
+    EXPECT_EQ(text, L"xxx");
+    EXPECT_LT(StringCompare(L"B", L"a"), 0);
+    EXPECT_GT(StringCompare(L"B", L"a", true), 0);
+    EXPECT_EQ(StringCompare(L"B", L"b", true), 0);
+}
+
+TEST(StringArrays, NamesAreMadeUniqueWithinTheirLength)
+{
+    CHashTable<String> taken;
+    EXPECT_EQ(GetUniqueName(taken, L"box"), L"box");
+    EXPECT_EQ(GetUniqueName(taken, L"box"), L"box-0");
+    EXPECT_EQ(GetUniqueName(taken, L"box"), L"box-1");
+    EXPECT_EQ(GetUniqueName(taken, L"box", 0, true), L"box0");
+    EXPECT_EQ(GetUniqueName(taken, L"boxes", 3), L"b-0"); // "box" is taken
+    EXPECT_EQ(GetUniqueName(taken, L"shelves", 4), L"shel");
+    EXPECT_EQ(GetUniqueName(taken, L"", 4), L"");
+    EXPECT_EQ(GetUniqueName(taken, L"", 4), L"-0");
+    for (int i = 0; i < 200; ++i) {
+        String const name = GetUniqueName(taken, L"a long name", 5, i % 2);
+        EXPECT_LE(name.GetLength(), 5);
+    }
+    EXPECT_EQ(taken.GetCount(), 208U);
+    EXPECT_EQ(GetUniqueName(taken, L"ab", 1), L"a");
+    EXPECT_EQ(GetUniqueName(taken, L"ab", 1), L"-1"); // "-0" is taken; the number is whole
+}
