@@ -19,6 +19,7 @@
 #include "kortools/core/xstring.h"
 
 #include "kortools/text/clean_text.h"
+#include "kortools/text/labels.h"
 #include "kortools/text/resource_strings.h"
 #include "kortools/text/scrambled_text.h"
 #include "kortools/text/string_arrays.h"
