@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The search for the parts of a pattern, for fileMatchWilcards().
+// The search for the parts of a pattern with wildcards.
 //
 // Behind the first '*' a pattern is a row of parts with stars between them. The first place for
 // each part, behind the part before it, leaves the most for those that follow; only the last part
@@ -19,7 +19,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kortools::files {
+namespace kortools::text {
 
 template <class Char> class PartSearch {
 public:
@@ -181,4 +181,4 @@ private:
     View m_part;
 };
 
-} // namespace kortools::files
+} // namespace kortools::text
