@@ -304,7 +304,7 @@ void sleep_current_thread(unsigned int milliseconds)
 }
 
 // The exception that ends a thread has no object for the reference to mean.
-[[gnu::no_sanitize("null")]] bool call_guarded(bool (*function)(void *), void *argument)
+__attribute__((no_sanitize("null"))) bool call_guarded(bool (*function)(void *), void *argument)
 {
     try {
         return function(argument);
