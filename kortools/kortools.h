@@ -23,6 +23,7 @@
 #include "kortools/text/resource_strings.h"
 #include "kortools/text/scrambled_text.h"
 #include "kortools/text/string_arrays.h"
+#include "kortools/text/string_match.h"
 #include "kortools/text/string_table.h"
 
 #include "kortools/archive/archive.h"

@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/text/string_match.h"
+
+#include "kortools/archive/archive.h"
+#include "kortools/archive/exception.h"
+#include "tests/text/string_match_model.h"
+
+#include <barrier>
+#include <chrono>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+using String = CXTString<wchar_t>;
+using Texts = CXStringMatch::Texts;
+using Model = string_match_model::Expression;
+
+namespace {
+
+Texts make_texts(std::vector<std::wstring> const &texts)
+{
+    Texts array;
+    for (std::wstring const &text : texts)
+        array.Add(String(text));
+    return array;
+}
+
+std::wstring repeat(std::wstring const &text, int count)
+{
+    std::wstring result;
+    for (; count > 0; --count)
+        result += text;
+    return result;
+}
+
+std::wstring make_text(std::mt19937 &random, std::wstring_view letters, unsigned longest)
+{
+    std::wstring text(random() % (longest + 1), L' ');
+    for (wchar_t &ch : text)
+        ch = letters[random() % letters.size()];
+    return text;
+}
+
+// The protected steps.
+class Steps : public CXStringMatch {
+public:
+    using CXStringMatch::AddExpression;
+    using CXStringMatch::hashChar;
+    using CXStringMatch::InternalMatch;
+    using CXStringMatch::IsChar;
+    using CXStringMatch::MatchWord;
+    using CXStringMatch::RemoveSpecialChar;
+    using CXStringMatch::ShouldRecurse;
+};
+
+} // namespace
+
+// First in this program, so that the threads make its first matchers.
+TEST(StringMatch, IsFirstMadeByManyThreads)
+{
+    constexpr int count = 8;
+    std::barrier start(count);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) {
+        threads.emplace_back([&] {
+            start.arrive_and_wait();
+            CXStringMatch match;
+            EXPECT_TRUE(match.Match(L"(a ^ b) & c ! e", L"c b"));
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(Steps::hashChar.GetCount(), 6U);
+}
+
+TEST(StringMatch, MatchesAsDescribed)
+{
+    struct Case {
+        wchar_t const *expression;
+        wchar_t const *text;
+        bool expected;
+        unsigned mode = 0;
+        bool case_sensitive = false;
+    };
+    Case const cases[] = {
+        { L"", L"", true },
+        { L" \t\n", L"x", true },
+        { L"a b", L"b c a", true },
+        { L"a b", L"a c", false },
+        { L"a ^ b", L"c", false },
+        { L"a ^ b", L"b", true },
+        { L"a&b", L"b a", true },
+        { L"!a", L"b", true },
+        { L"!a", L"b a", false },
+        { L"!a", L"", true },
+        { L"!a b", L"c", true }, // the operator stays
+        { L"!a b", L"b", false },
+        { L"!a & b", L"b", true },
+        { L"^a", L"b", true },   // true or a
+        { L"& ^ !", L"", true }, // operators alone
+        { L"c & a ^ b", L"b", true },
+        { L"b ^ c & a", L"b", false }, // no precedence
+        { L"b ^ (c & a)", L"b", true },
+        { L"table (leg ^ drawer)", L"old TABLE drawer", true },
+        { L"table (leg ^ drawer)", L"table top", false },
+        { L"a(b)c", L"c b a", true },
+        { L"(a b)", L"b a", true },
+        { L"!(a b)", L"a", true },
+        { L"()", L"x", true },
+        { L"a\\&b", L"a&b", true },
+        { L"a\\&b", L"a b", false },
+        { L"\\(\\!\\)", L"(!)", true },
+        { L"a\\\\&b", L"a\\&b", true }, // a backslash cannot be escaped
+        { L"a\\b", L"a\\b", true },
+        { L"\\*", L"\\x", true }, // nor can a wildcard
+        { L"\"a & b\"", L"A & b", true },
+        { L"\"a & b\"", L"a & b c", false },
+        { L"\"*a\\&b*\"", L"x a&b y", true },
+        { L"\"a  b\"", L"a b", false },
+        { L"\"\"", L"", true },
+        { L"\"\"", L"a", false },
+        { L"\\\" a*", L"a b \"", true },
+        { L"a*c \"a b c\"", L"a b c", true }, // whole texts are for words, too
+        { L"a*c", L"a b c", false },
+        { L"(\"a b\" ^ c) d ^ x", L"a b", false },
+        { L"(\"a b\" ^ c) \"a*\"", L"a b", true },
+        { L"a\tb", L"a b", false }, // only blanks are between words
+        { L"a\tb", L"a\tb", true },
+        { L"*", L"  ", false },
+        { L"?*", L"x", true },
+        { L"b*", L"abc bcd", true },
+        { L"\u0141", L"A", true },   // low bytes in front of a star
+        { L"*\u0141", L"A", false }, // but not behind it
+        { L"AB*C", L"abxc", false, 0, true },
+        { L"AB*C", L"abxC", true, 0, true },
+        { L"*C", L"c", false, 0, true },
+        { L"(*C)", L"C", true, 0, true }, // groups ignore case
+        { L"*C", L"c", true },
+        { L"a ^ (b", L"b a", true, 2 },
+        { L"a ^ !b", L"a", false, 3 },
+        { L"a\\&b \"c&d\"", L"c d a&b", false, 2 },
+        { L"\"c&d\"", L"c d", true, 2 },
+        { L"a ^ (b)", L"b", true, 1 },
+        { L"a ^ (b)", L"b", true, 77 },
+    };
+    CXStringMatch match;
+    for (Case const &each : cases) {
+        EXPECT_EQ(
+            match.Match(each.expression, each.text, each.mode, each.case_sensitive), each.expected)
+            << kortools::core::quote(each.expression) << kortools::core::quote(each.text)
+            << each.mode;
+    }
+}
+
+TEST(StringMatch, FailsWhereBoundsDoNotBalance)
+{
+    CXStringMatch match;
+    for (wchar_t const *bad : { L"(a", L"a)", L")(", L"((a)", L"\"a", L"a\"", L"\"a\\\"", L"(\"a)",
+             L"(\"a)\"", L"(", L"\"" }) {
+        EXPECT_TRUE(match.PrepareMatch(L"x y"));
+        EXPECT_FALSE(match.PrepareMatch(bad)) << kortools::core::quote(bad);
+        EXPECT_EQ(match.GetItemCount(), 0);
+        EXPECT_FALSE(match.Match(L"a")) << "an expression that is bad matches nothing";
+        EXPECT_FALSE(match.Match(bad, L"a"));
+    }
+    EXPECT_TRUE(match.PrepareMatch(L"(a", 2));
+    EXPECT_FALSE(match.PrepareMatch(L"\"a", 2));
+}
+
+TEST(StringMatch, AgreesWithTheModel)
+{
+    std::mt19937 random(1);
+    int found[3] = {};
+    for (int i = 0; i < 40000; ++i) {
+        std::wstring const expression
+            = make_text(random, L"aAbB\u0141**?  &^!(()\")\"\\\t", i % 2 ? 8 : 20);
+        std::vector<std::wstring> texts;
+        for (auto count = random() % 3; count > 0; --count)
+            texts.push_back(make_text(random, L"aAbBab\u0141  &(\"\\", 8));
+        auto const mode = static_cast<unsigned>(random() % 4);
+        bool const case_sensitive = random() % 2;
+        auto const expected = Model(expression, mode, case_sensitive, 64).match(texts);
+        ++found[expected];
+        CXStringMatch match;
+        EXPECT_EQ(
+            match.PrepareMatch(String(expression), mode, case_sensitive), expected != Model::Bad);
+        EXPECT_EQ(match.Match(make_texts(texts)), expected == Model::Yes)
+            << kortools::core::quote(expression) << ::testing::PrintToString(make_texts(texts))
+            << mode << case_sensitive;
+        if (texts.size() == 1) {
+            EXPECT_EQ(match.Match(String(texts[0])), expected == Model::Yes);
+        }
+    }
+    for (int const count : found)
+        EXPECT_GT(count, 4000);
+}
+
+TEST(StringMatch, HasItemsWithResults)
+{
+    CXStringMatch match;
+    ASSERT_TRUE(match.PrepareMatch(L"A\\&b !(c ^ d) ^ \"e & f\""));
+    ASSERT_EQ(match.GetItemCount(), 3);
+    EXPECT_EQ(CXStringMatch::GetNestedCount(), 1);
+    EXPECT_EQ(match.GetItem(0).word, L"a\\&b");
+    EXPECT_EQ(match.GetItem(1).word, L"c ^ d");
+    EXPECT_EQ(match.GetItem(2).word, L"e \\& f");
+    EXPECT_EQ(match.GetItem(0).operation, CXStringMatch::operator_and);
+    EXPECT_EQ(match.GetItem(1).operation, CXStringMatch::operator_and_not);
+    EXPECT_EQ(match.GetItem(2).operation, CXStringMatch::operator_or);
+
+    EXPECT_TRUE(match.Match(make_texts({ L"d", L"E & F" })));
+    EXPECT_EQ(match.GetItem(0).result, 0);
+    EXPECT_EQ(match.GetItem(1).result, 1);
+    EXPECT_EQ(match.GetItem(2).result, 1);
+    for (int const bad : { -1, 3 }) {
+        try {
+            match.GetItem(bad);
+            ADD_FAILURE();
+        } catch (CXInvalidArgException *exception) {
+            exception->Delete();
+        }
+    }
+    EXPECT_TRUE(match.PrepareMatch(match.GetItem(1).word)) << "a word of its own";
+    EXPECT_EQ(match.GetItemCount(), 2);
+    EXPECT_EQ(CXStringMatch::GetNestedCount(), 0);
+}
+
+TEST(StringMatch, IsCopiedWithItsGroups)
+{
+    CXStringMatch match;
+    ASSERT_TRUE(match.PrepareMatch(L"(a (b ^ c))"));
+    {
+        CXStringMatch copy = match;
+        EXPECT_EQ(CXStringMatch::GetNestedCount(), 4);
+        match.PrepareMatch(L"x");
+        EXPECT_TRUE(copy.Match(L"a c"));
+        EXPECT_FALSE(copy.Match(L"a"));
+        match = std::move(copy);
+    }
+    EXPECT_TRUE(match.Match(L"b a"));
+    EXPECT_EQ(CXStringMatch::GetNestedCount(), 2);
+}
+
+TEST(StringMatch, HasSteps)
+{
+    EXPECT_TRUE(Steps::IsChar(L"ab", L'b', 1));
+    EXPECT_FALSE(Steps::IsChar(L"ab", L'\0', 2));
+    EXPECT_FALSE(Steps::IsChar(L"ab", L'a', -1));
+    EXPECT_TRUE(Steps::ShouldRecurse(L"(") && Steps::ShouldRecurse(L"a^"));
+    EXPECT_FALSE(Steps::ShouldRecurse(L"a\\^*?"));
+    String text = L"!a\\!(\"&";
+    Steps::RemoveSpecialChar(text, L'"');
+    EXPECT_EQ(text, L" a\\! \" ");
+    EXPECT_TRUE(Steps::MatchWord(L"a\\&*", make_texts({ L"b", L"a& c" })));
+    EXPECT_FALSE(Steps::MatchWord(L"*", Texts()));
+
+    Steps steps;
+    EXPECT_TRUE(steps.InternalMatch(Texts(), 0));
+    EXPECT_TRUE(steps.AddExpression(L"a b", CXStringMatch::operator_and));
+    EXPECT_TRUE(steps.AddExpression(L"c ^ d", CXStringMatch::operator_or));
+    EXPECT_FALSE(steps.AddExpression(L"(", CXStringMatch::operator_and));
+    EXPECT_TRUE(steps.InternalMatch(make_texts({ L"a b" }), 0)) << "texts as they are";
+    EXPECT_TRUE(steps.InternalMatch(make_texts({ L"x D" }), 0)) << "groups cut them";
+    EXPECT_FALSE(steps.InternalMatch(make_texts({ L"a", L"b" }), 0));
+}
+
+TEST(StringMatch, NestsWithinBounds)
+{
+    CXStringMatch match;
+    int const most = CXStringMatch::max_nesting;
+    // In each group the whole text and its words come in again.
+    std::wstring const quoted = repeat(L"(\"a b\" ", most) + repeat(L")", most);
+    EXPECT_TRUE(match.Match(String(quoted), L"a b"));
+    EXPECT_FALSE(match.Match(String(quoted), L"a b c"));
+    EXPECT_FALSE(match.PrepareMatch(String(L"(" + quoted + L")")));
+    EXPECT_FALSE(match.PrepareMatch(String(repeat(L"(", 1000000))));
+    EXPECT_FALSE(match.PrepareMatch(String(repeat(L"(", 100000) + repeat(L")", 100000))));
+}
+
+TEST(StringMatch, TakesHostileExpressionsInItsStride)
+{
+    auto const start = std::chrono::steady_clock::now();
+    CXStringMatch match;
+    EXPECT_TRUE(match.PrepareMatch(String(repeat(L"(a)^", 30000))));
+    EXPECT_TRUE(match.Match(L"a b c d"));
+    String const text(std::wstring(100000, L'a'));
+    EXPECT_FALSE(match.Match(String(repeat(L"a*", 100) + L"b"), text));
+    EXPECT_FALSE(match.Match(String(L"*" + std::wstring(5000, L'a') + L"b*"), text));
+    EXPECT_TRUE(match.Match(L"b ^ *a", String(repeat(L"a ", 50000))));
+    std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(seconds.count(), 20) << "most of a second where the sanitizers run";
+}
