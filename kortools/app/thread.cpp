@@ -106,6 +106,7 @@ void CXThread::Prepare()
     if ((m_flags & terminated) != 0)
         m_flags &= ~static_cast<unsigned>(terminated | cancelRequested);
     m_result = false;
+    m_suspended = false;
     m_native = std::make_unique<NativeThread>();
 }
 
@@ -122,6 +123,7 @@ bool CXThread::Launch(xThreadPriority priority, unsigned int creationFlags, unsi
     start.priority = static_cast<ThreadPriority>(priority);
     start.stack_size = stackSize;
     start.suspended = (creationFlags & beginSuspended) != 0;
+    m_suspended = start.suspended;
     return m_native->start(start);
 }
 
@@ -231,17 +233,26 @@ bool CXThread::Lock(bool lock)
 
 bool CXThread::SuspendThread()
 {
-    return m_native && m_native->suspend();
+    if (!m_native)
+        return false;
+    m_suspended = true; // before: a thread may suspend itself
+    bool const done = m_native->suspend();
+    if (!done)
+        m_suspended = false;
+    return done;
 }
 
 bool CXThread::ResumeThread()
 {
-    return m_native && m_native->resume();
+    bool const done = m_native && m_native->resume();
+    if (done)
+        m_suspended = false;
+    return done;
 }
 
 bool CXThread::IsSuspended() const
 {
-    return m_native && m_native->is_suspended();
+    return m_suspended;
 }
 
 bool CXThread::WaitForEnd(unsigned int timeout) const

@@ -27,6 +27,7 @@
 #include "kortools/core/critical_section.h"
 #include "kortools/export.h"
 
+#include <atomic>
 #include <memory>
 
 namespace kortools::platform {
@@ -124,6 +125,9 @@ public:
     // does little until it resumes it.
     bool SuspendThread();
     bool ResumeThread();
+
+    // A bit, not the count: one ResumeThread() clears it however often the thread was suspended.
+    // Kept, for callers that loop on it.
     bool IsSuspended() const;
 
     // Waits until the thread has ended, with all its thread-local objects. False when the time (in
@@ -163,6 +167,7 @@ private:
     void *m_userData = nullptr;
     std::unique_ptr<kortools::platform::NativeThread> m_native; // null: no thread was started
     unsigned long long m_threadID = 0;
+    std::atomic<bool> m_suspended { false };
     mutable CXCriticalSection m_lock;
     unsigned int m_flags = 0;                            // ThreadFlags; under the lock
     bool m_result = false;                               // under the lock
