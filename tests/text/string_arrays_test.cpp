@@ -2,11 +2,11 @@
 #include "kortools/text/string_arrays.h"
 
 #include "kortools/archive/archive.h"
-#include "kortools/files/file_types.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -28,7 +28,10 @@ Texts sorted(Texts const &texts, int mode)
 {
     CXArray<String> array = make_array(texts);
     SortStringArray(array, static_cast<_CompareStringsEnum>(mode));
-    return { array.begin(), array.end() };
+    Texts result;
+    for (String const &text : array)
+        result.emplace_back(text.GetView()); // with zeros
+    return result;
 }
 
 } // namespace
@@ -45,6 +48,36 @@ TEST(StringArrays, EachModeHasItsOrder)
 
     // Units, not code points: a pair is in front of U+FF5E.
     EXPECT_TRUE((sorted({ L"\xFF5E", L"\U0001F600" }, 2) == Texts { L"\U0001F600", L"\xFF5E" }));
+}
+
+// With the comparisons of the strings themselves, and a stable sort.
+TEST(StringArrays, OrdersAgreeWithTheStringsOwn)
+{
+    auto const less = [](String const &a, String const &b, int mode) {
+        if (a.IsEmpty() || b.IsEmpty())
+            return a.IsEmpty() && !b.IsEmpty();
+        int const order = mode == 1 ? a.CompareNoCase(b)
+            : mode == 2             ? a.Compare(b)
+            : mode == 3             ? a.CollateNoCase(b)
+                                    : a.Collate(b);
+        return order < 0;
+    };
+    std::mt19937 random(9);
+    std::wstring const pieces[]
+        = { L"a", L"A", L"b", L"_", std::wstring(1, L'\0'), L"\xFF5E", L"\U0001F600", L"abcd" };
+    for (int round = 0; round < 400; ++round) {
+        Texts texts(random() % 40);
+        for (std::wstring &text : texts) {
+            for (auto length = random() % 7; length > 0; --length)
+                text += pieces[random() % std::size(pieces)];
+        }
+        int const mode = 1 + round % 4;
+        Texts const result = sorted(texts, mode);
+        std::ranges::stable_sort(texts, [&](std::wstring const &a, std::wstring const &b) {
+            return less(String(a), String(b), mode);
+        });
+        ASSERT_EQ(result, texts) << "round " << round;
+    }
 }
 
 TEST(StringArrays, FileNamesGoByClassWhereBothHaveOne)
