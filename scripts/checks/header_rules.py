@@ -8,9 +8,11 @@ from . import tree
 
 WORK = pathlib.Path("build/check/headers")
 FLAGS = ["-std=c++20", "-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Werror",
-         "-Wno-unused-const-variable", "-I."]
+         "-Wno-unused-const-variable", "-I.", '-DKOR_SAMPLES="samples"',
+         '-DKOR_TEST_DATA="tests/data"']
 LINUX = ["g++", "-isystem", "/usr/src/googletest/googletest/include"]
-WINDOWS = ["x86_64-w64-mingw32-g++-posix", "-isystem", "/usr/src/googletest/googletest/include"]
+WINDOWS = ["x86_64-w64-mingw32-g++-posix", "-isystem", "/usr/src/googletest/googletest/include",
+           "-isystem", "build/release/host-headers"]  # headers that both systems share
 WINDOWS_HEADER = "#include <windows.h>\n"
 
 
