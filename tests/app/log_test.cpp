@@ -338,7 +338,7 @@ TEST_F(LogFile, LinesOfThreadsStayWhole)
         last_part = part;
         ++count;
     }
-    EXPECT_GT(count, blocks * 3);
+    EXPECT_GE(count, blocks * 3) << "only other threads may meet a closed log";
 }
 
 // --- a process that dies
