@@ -335,7 +335,7 @@ inline CXArchive &CXArchive::operator<<(wchar_t value)
 
 inline CXArchive &CXArchive::operator>>(bool &value)
 {
-    unsigned char flag; // <windows.h> has a type `byte`
+    unsigned char flag; // not `byte`, which a system header defines
     Get(flag);
     value = flag != 0;
     return *this;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CXTime to and from the system's date records, and a tick for measuring intervals. A record is
-// looked into with <windows.h> on Windows; elsewhere this header defines SYSTEMTIME and FILETIME.
+// looked into with the system's own header where it has one; elsewhere this header defines
+// SYSTEMTIME and FILETIME.
 #pragma once
 
 #include "kortools/data/xtime.h"

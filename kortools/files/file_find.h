@@ -29,7 +29,7 @@ KORTOOLS_API bool filePathContainMatchingFile(CXTString<wchar_t> const &director
     CXTString<wchar_t> const &pattern, xFileFindInfo *info = nullptr,
     unsigned int *timeout = nullptr);
 
-// The macros of <windows.h> stand for either of two names; both exist.
+// A system header has macros of these names, each for either of two; both exist.
 #pragma push_macro("FindNextFile")
 #pragma push_macro("GetFileTitle")
 #undef FindNextFile
