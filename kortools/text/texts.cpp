@@ -9,13 +9,29 @@ namespace {
 
 // clang-format off
 constexpr Text texts[] = {
-    // Sizes, units, answers
+    // Sizes and answers
     { 5175, L"Bytes", L"Octets" },
     { 5214, L": ", L" : " },
     { 5230, L"%.2f Gb", L"%.2f Go" },
     { 5238, L"%.2f Kb", L"%.2f Ko" },
     { 5272, L"%.2f Mb", L"%.2f Mo" },
     { 5293, L"No", L"Non" },
+    { 5295, L"OK", L"OK" },
+
+    // The syntax of search expressions, each a menu entry, in which && shows one &. The parenthesis
+    // that 5315 does not close is left open on purpose.
+    { 5310, L"! - table !leg = (table but not leg)", L"! - table !pied = (table mais pas pied)" },
+    { 5311, L"&& - table && leg = (table and leg)", L"&& - table && pied = (table et pied)" },
+    { 5312, L"? - Any single characters", L"? - Un caractère quelconque" },
+    { 5313, L"\"\" - A group of words separated by one or more spaces",
+            L"\"\" - Un groupe de mots séparés par un ou plusieurs espaces" },
+    { 5314, L"^ - table ^ leg = (table or leg)", L"^ - table ^ pied = (table ou pied)" },
+    { 5315, L"() - table (leg ^ drawer) = (table and (leg or drawer)",
+            L"() - table (pied ^ tiroir) = (table et (pied ou tiroir)" },
+    { 5316, L"* - zero or more of any character",
+            L"* - zéro, un ou plusieurs caractères quelconques" },
+
+    // Units and answers
     { 5358, L"Centimeters|cm", L"Centimètres|cm" },
     { 5361, L"Foot|ft", L"Pied|ft" },
     { 5362, L"Inches|in", L"Pouces|in" },
@@ -43,6 +59,13 @@ constexpr Text texts[] = {
     // Before a file is replaced
     { 5510, L"%1 already exists.\nDo you want to replace it?",
             L"%1 existe déjà.\nVoulez-vous le remplacer ?" },
+
+    // The time that an operation has taken, as CXDuration formats it
+    { 5520, L"%M mn %S s elapsed", L"%M min %S s écoulées" },
+
+    // Colours
+    { 5530, L"%d %d %d (RGB)", L"%d %d %d (RVB)" },
+    { 5531, L"%d %d %d %d (RGBA)", L"%d %d %d %d (RVBA)" },
 
     // The name of a file that has none
     { 61446, L"an unnamed file", L"un fichier sans nom" },
