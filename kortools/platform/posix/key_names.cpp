@@ -15,6 +15,7 @@ struct Key {
 };
 
 constexpr Key keys[] = {
+    { 0x03, L"Break", L"Attn" },
     { 0x08, L"Backspace", L"Retour arrière" },
     { 0x09, L"Tab", L"Tab" },
     { 0x0C, L"Num 5", L"5 (pavé num.)" }, // while the numeric pad moves the cursor
@@ -34,6 +35,9 @@ constexpr Key keys[] = {
     { 0x26, L"Up", L"Haut" },
     { 0x27, L"Right", L"Droite" },
     { 0x28, L"Down", L"Bas" },
+    { 0x29, L"Select", L"Sélection" },
+    { 0x2A, L"Print", L"Imprimer" },
+    { 0x2B, L"Execute", L"Exécuter" },
     { 0x2C, L"Print Screen", L"Impr. écran" },
     { 0x2D, L"Insert", L"Inser" },
     { 0x2E, L"Delete", L"Suppr" },
@@ -41,8 +45,10 @@ constexpr Key keys[] = {
     { 0x5B, L"Left Windows", L"Windows gauche" },
     { 0x5C, L"Right Windows", L"Windows droite" },
     { 0x5D, L"Application", L"Application" },
+    { 0x5F, L"Sleep", L"Veille" },
     { 0x6A, L"Num *", L"* (pavé num.)" },
     { 0x6B, L"Num +", L"+ (pavé num.)" },
+    { 0x6C, L"Num Separator", L"Séparateur (pavé num.)" },
     { 0x6D, L"Num -", L"- (pavé num.)" },
     { 0x6E, L"Num Del", L". (pavé num.)" },
     { 0x6F, L"Num /", L"/ (pavé num.)" },
@@ -54,6 +60,24 @@ constexpr Key keys[] = {
     { 0xA3, L"Right Ctrl", L"Ctrl droite" },
     { 0xA4, L"Alt", L"Alt" },
     { 0xA5, L"Right Alt", L"Alt Gr" },
+    { 0xA6, L"Browser Back", L"Page web précédente" },
+    { 0xA7, L"Browser Forward", L"Page web suivante" },
+    { 0xA8, L"Browser Refresh", L"Actualiser la page web" },
+    { 0xA9, L"Browser Stop", L"Arrêter la page web" },
+    { 0xAA, L"Browser Search", L"Rechercher sur le web" },
+    { 0xAB, L"Browser Favorites", L"Favoris web" },
+    { 0xAC, L"Browser Home", L"Page d'accueil" },
+    { 0xAD, L"Volume Mute", L"Muet" },
+    { 0xAE, L"Volume Down", L"Baisser le volume" },
+    { 0xAF, L"Volume Up", L"Augmenter le volume" },
+    { 0xB0, L"Next Track", L"Piste suivante" },
+    { 0xB1, L"Previous Track", L"Piste précédente" },
+    { 0xB2, L"Media Stop", L"Arrêt" },
+    { 0xB3, L"Play/Pause", L"Lecture/Pause" },
+    { 0xB4, L"Mail", L"Messagerie" },
+    { 0xB5, L"Media Select", L"Média" },
+    { 0xB6, L"Launch Application 1", L"Lancer l'application 1" },
+    { 0xB7, L"Launch Application 2", L"Lancer l'application 2" },
     // Where these are differs from layout to layout; the names are those of the US one, and of the
     // French one where it has the same key.
     { 0xBA, L";", L"$" },
