@@ -5,8 +5,6 @@
 #include "kortools/archive/exception.h"
 #include "tests/text/string_match_model.h"
 
-#include <barrier>
-#include <chrono>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -60,12 +58,9 @@ public:
 // First in this program, so that the threads make its first matchers.
 TEST(StringMatch, IsFirstMadeByManyThreads)
 {
-    constexpr int count = 8;
-    std::barrier start(count);
     std::vector<std::thread> threads;
-    for (int i = 0; i < count; ++i) {
-        threads.emplace_back([&] {
-            start.arrive_and_wait();
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([] {
             CXStringMatch match;
             EXPECT_TRUE(match.Match(L"(a ^ b) & c ! e", L"c b"));
         });
@@ -279,9 +274,9 @@ TEST(StringMatch, NestsWithinBounds)
     EXPECT_FALSE(match.PrepareMatch(String(repeat(L"(", 100000) + repeat(L")", 100000))));
 }
 
+// A slow matcher would hit the time limit of the tests.
 TEST(StringMatch, TakesHostileExpressionsInItsStride)
 {
-    auto const start = std::chrono::steady_clock::now();
     CXStringMatch match;
     EXPECT_TRUE(match.PrepareMatch(String(repeat(L"(a)^", 30000))));
     EXPECT_TRUE(match.Match(L"a b c d"));
@@ -289,6 +284,4 @@ TEST(StringMatch, TakesHostileExpressionsInItsStride)
     EXPECT_FALSE(match.Match(String(repeat(L"a*", 100) + L"b"), text));
     EXPECT_FALSE(match.Match(String(L"*" + std::wstring(5000, L'a') + L"b*"), text));
     EXPECT_TRUE(match.Match(L"b ^ *a", String(repeat(L"a ", 50000))));
-    std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
-    EXPECT_LT(seconds.count(), 20) << "most of a second where the sanitizers run";
 }
