@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/common/paths.h"
 
+#include "apps/common/console.h"
 #include "kortools/platform/file_system.h"
 
 namespace kor_apps {
@@ -16,6 +17,12 @@ CXTString<wchar_t> from_native(std::filesystem::path const &path)
     std::u8string const native = path.u8string();
     std::string_view const bytes(reinterpret_cast<char const *>(native.data()), native.size());
     return CXTString<wchar_t>(kortools::platform::from_native_path(bytes).c_str());
+}
+
+CXTString<wchar_t> to_shown(CXTString<wchar_t> const &path)
+{
+    std::u8string const native = to_native(path).u8string();
+    return from_utf8(std::string(native.begin(), native.end()));
 }
 
 CXTString<wchar_t> make_absolute(CXTString<wchar_t> const &path)

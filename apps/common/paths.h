@@ -11,6 +11,9 @@ namespace kor_apps {
 std::filesystem::path to_native(CXTString<wchar_t> const &path);
 CXTString<wchar_t> from_native(std::filesystem::path const &path);
 
+// As users of this system write it.
+CXTString<wchar_t> to_shown(CXTString<wchar_t> const &path);
+
 // With the current folder in front where it is relative, and without "." and "..".
 CXTString<wchar_t> make_absolute(CXTString<wchar_t> const &path);
 

@@ -4,10 +4,12 @@
 #include "apps/common/console.h"
 #include "apps/common/progress.h"
 #include "apps/scene/scene_file.h"
+#include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
 #include "apps/scoutrix/import_batch.h"
 #include "kortools/app/parallel.h"
 #include "kortools/archive/exception.h"
+#include "kortools/text/string_match.h"
 
 #include <algorithm>
 
@@ -71,14 +73,27 @@ Text get_value(CSceneNode const &node, Text const &key)
     return {};
 }
 
-SettingInfo const &find_setting(std::string const &key)
+// The latest of the recent scenes when `path` is empty.
+std::unique_ptr<CScene> load_named(Session &session, Text const &path)
 {
-    auto const infos = get_setting_infos();
-    auto const found = std::find_if(
-        infos.begin(), infos.end(), [&](SettingInfo const &info) { return key == info.key; });
-    if (found == infos.end())
-        kor_apps::fail(from_utf8("there is no setting " + key));
-    return *found;
+    bool const latest = path.IsEmpty() && session.settings.recent.GetSize() > 0;
+    Text const chosen = latest ? session.settings.recent[0] : path;
+    if (chosen.IsEmpty())
+        kor_apps::fail(L"name a scene: none is remembered");
+    auto scene = load_scene(chosen);
+    session.Remember(chosen);
+    return scene;
+}
+
+// The names from the top to the node: "models\\cube.obj\\sides". The tree's own root has none.
+Text get_tree_path(CTreeNode const &node)
+{
+    Text path = node.GetDisplayName();
+    for (CTreeNode const *each = node.GetParent(); each != nullptr; each = each->GetParent()) {
+        if (each->GetParent() != nullptr)
+            path = each->GetDisplayName() + L"\\" + path;
+    }
+    return path;
 }
 
 } // namespace
@@ -102,23 +117,40 @@ int import_files(Session &session, ImportOptions const &options, Text const &pat
     }
     if (put_files(tasks, *scene) > 0) {
         report_error(L"no scene written: a file could not be imported");
-        return 1;
+        return exit_failed;
     }
     save_session(session, *scene, path);
     print_scene(*scene, {});
-    return 0;
+    return exit_done;
 }
 
 int list_scene(Session &session, Text const &path, ListOptions const &options)
 {
-    bool const latest = path.IsEmpty() && session.settings.recent.GetSize() > 0;
-    Text const &chosen = latest ? session.settings.recent[0] : path;
-    if (chosen.IsEmpty())
-        kor_apps::fail(L"name a scene: none is remembered");
-    auto const scene = load_scene(chosen);
-    session.Remember(chosen);
+    auto const scene = load_named(session, path);
     print_scene(*scene, options);
-    return 0;
+    return exit_done;
+}
+
+int search_scene(
+    Session &session, Text const &path, Text const &expression, SearchOptions const &options)
+{
+    CXStringMatch match;
+    if (!match.PrepareMatch(expression, CXStringMatch::mode_expression, options.case_sensitive))
+        kor_apps::fail(expression + L": the parentheses or quotes are not balanced");
+    auto const scene = load_named(session, path);
+    int found = 0;
+    CTree &tree = scene->GetTree();
+    for (CTreeNode *each = tree.GetFirstNode(); each != nullptr; each = tree.GetNextNode(each)) {
+        if (!match.Match(each->GetDisplayName()))
+            continue;
+        ++found;
+        Text line;
+        line.Format(L"%5s  %s",
+            static_cast<CSceneNode *>(each)->FormatProperty(propertyId).GetConstBuffer(),
+            get_tree_path(*each).GetConstBuffer());
+        kor_apps::print_line(line);
+    }
+    return found > 0 ? exit_done : exit_failed;
 }
 
 int remove_nodes(Session &session, Text const &path, std::vector<std::string> const &nodes)
@@ -134,7 +166,7 @@ int remove_nodes(Session &session, Text const &path, std::vector<std::string> co
             scene->Remove(node);
     }
     save_session(session, *scene, path);
-    return 0;
+    return exit_done;
 }
 
 int get_value(Session &session, Text const &path, Text const &name, Text const &key)
@@ -144,13 +176,13 @@ int get_value(Session &session, Text const &path, Text const &name, Text const &
     CSceneNode const &node = find_node(*scene, name);
     if (key.IsEmpty()) {
         print_properties(node, L"");
-        return 0;
+        return exit_done;
     }
     Text const value = get_value(node, key);
     if (value.IsEmpty())
         kor_apps::fail(node.GetDisplayName() + L" has no value " + key);
     kor_apps::print_line(value);
-    return 0;
+    return exit_done;
 }
 
 int set_value(
@@ -168,51 +200,20 @@ int set_value(
     else
         node.SetUserValue(key, value);
     save_session(session, *scene, path);
-    return 0;
-}
-
-int show_settings(Session &session, std::string const &key)
-{
-    if (!key.empty()) {
-        kor_apps::print_line(from_utf8(find_setting(key).get(session.settings)));
-        return 0;
-    }
-    for (SettingInfo const &info : get_setting_infos()) {
-        Text line;
-        line.Format(L"%-10hs %-10hs %hs", info.key, info.get(session.settings).c_str(), info.help);
-        kor_apps::print_line(line);
-    }
-    return 0;
-}
-
-int change_setting(Session &session, std::string const &key, std::string const &value)
-{
-    SettingInfo const &info = find_setting(key);
-    if (!info.set(session.settings, value))
-        kor_apps::fail(from_utf8(key + " cannot be " + value + " (" + info.help + ")"));
-    return session.file.Save(session.settings) ? 0 : 1;
-}
-
-int reset_settings(Session &session)
-{
-    CXArray<Text> const recent = session.settings.recent;
-    session.settings = Settings();
-    for (int i = recent.GetSize() - 1; i >= 0; --i)
-        remember_scene(session.settings, recent[i]);
-    return session.file.Save(session.settings) ? 0 : 1;
+    return exit_done;
 }
 
 int list_recent(Session &session)
 {
     for (Text const &scene : session.settings.recent)
         kor_apps::print_line(scene);
-    return 0;
+    return exit_done;
 }
 
 int clear_recent(Session &session)
 {
     session.settings.recent.RemoveAll();
-    return session.file.Save(session.settings) ? 0 : 1;
+    return session.file.Save(session.settings) ? exit_done : exit_failed;
 }
 
 } // namespace scoutrix

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The commands of scoutrix. Each returns the exit code: 0, 1, or 130 when the user has cancelled.
-// They throw CXException for what cannot be done. One that changes a scene writes it as a whole or
-// leaves it as it was.
+// The commands of scoutrix on scenes. Each returns the exit code: one of exit_codes.h, or 130 when
+// the user has cancelled. They throw CXException for what cannot be done. One that changes a scene
+// writes it as a whole or leaves it as it was.
 #pragma once
 
 #include "apps/scoutrix/listing.h"
@@ -36,6 +36,16 @@ int import_files(Session &session, ImportOptions const &options, Text const &pat
 
 // The latest of the recent scenes when `path` is empty.
 int list_scene(Session &session, Text const &path, ListOptions const &options);
+
+struct SearchOptions {
+    bool case_sensitive = false;
+};
+
+// Prints number and path of the nodes whose names match, as CXStringMatch does. The exit code is 1
+// when there are none. An empty `path` as above.
+int search_scene(
+    Session &session, Text const &path, Text const &expression, SearchOptions const &options);
+
 int remove_nodes(Session &session, Text const &path, std::vector<std::string> const &nodes);
 
 // One value of a node or, without a key, all of them.
@@ -44,11 +54,6 @@ int get_value(Session &session, Text const &path, Text const &name, Text const &
 // The node's name or a value of the user's own; an empty one removes it.
 int set_value(
     Session &session, Text const &path, Text const &name, Text const &key, Text const &value);
-
-// Prints all settings, or one, or gives it a value.
-int show_settings(Session &session, std::string const &key);
-int change_setting(Session &session, std::string const &key, std::string const &value);
-int reset_settings(Session &session); // the recent scenes stay
 
 int list_recent(Session &session);
 int clear_recent(Session &session);

@@ -4,7 +4,10 @@
 #include "apps/common/console.h"
 #include "apps/common/paths.h"
 #include "apps/scoutrix/commands.h"
+#include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
+#include "apps/scoutrix/prefs.h"
+#include "apps/scoutrix/type_table.h"
 #include "kortools/archive/exception.h"
 
 #include <CLI/CLI.hpp>
@@ -25,10 +28,12 @@ public:
         m_app.fallthrough();                      // the host's own options may follow the command
         m_app.add_option("--settings", m_settings, "The settings to use, in place of your own");
         m_app.add_option("--log", m_log, "The log to go on with, in place of your own");
+        AddTypes();
         AddImport();
         AddList();
+        AddSearch();
         AddNodes();
-        AddSettings();
+        AddPrefs();
     }
 
     int Run(std::vector<std::string> const &arguments)
@@ -38,7 +43,7 @@ public:
             reversed.pop_back(); // the program's name; the parser takes the rest from the back
             m_app.parse(reversed);
         } catch (CLI::ParseError const &error) {
-            return m_app.exit(error) == 0 ? 0 : 2;
+            return m_app.exit(error) == 0 ? exit_done : exit_usage;
         }
         HostLog const log(m_log.empty() ? Text() : kor_apps::make_absolute(from_utf8(m_log)));
         log_line(Describe(arguments));
@@ -73,14 +78,33 @@ private:
         } catch (std::exception const &error) {
             report_error(from_utf8(error.what()));
         }
-        return 1;
+        return m_failure;
     }
 
     CLI::App &AddCommand(char const *name, char const *description, Command command)
     {
-        CLI::App *const app = m_app.add_subcommand(name, description);
-        app->callback([this, command = std::move(command)] { m_command = command; });
+        return AddCommand(m_app, name, description, std::move(command));
+    }
+
+    CLI::App &AddCommand(
+        CLI::App &parent, char const *name, char const *description, Command command)
+    {
+        CLI::App *const app = parent.add_subcommand(name, description);
+        app->callback([this, app, command = std::move(command)] {
+            if (app->get_subcommands().empty()) // else the one below has said what to do
+                m_command = command;
+        });
         return *app;
+    }
+
+    void AddTypes()
+    {
+        CLI::App &types = AddCommand("types", "Print the file types that are known",
+            [this](Session &) { return list_types(m_types); });
+        types.add_option("KIND", m_types.kinds, "Only these kinds")
+            ->check(CLI::IsMember(get_kind_names()));
+        types.add_flag("-l,--load", m_types.loaded, "Only what can be loaded");
+        types.add_flag("-s,--save", m_types.saved, "Only what can be saved");
     }
 
     void AddImport()
@@ -110,6 +134,18 @@ private:
         list.add_flag("-p,--properties", m_list.properties, "Print every property");
     }
 
+    void AddSearch()
+    {
+        CLI::App &search = AddCommand(
+            "search", "Print the paths of nodes whose names match", [this](Session &session) {
+                m_failure = exit_usage; // 1 tells that nothing was found
+                return search_scene(session, from_utf8(m_scene), from_utf8(m_key), m_search);
+            });
+        search.add_option("EXPRESSION", m_key, expression_help)->required();
+        search.add_option("SCENE", m_scene, "A scene that import wrote (else the latest one)");
+        search.add_flag("-c,--case", m_search.case_sensitive, "Tell upper from lower case");
+    }
+
     void AddNodes()
     {
         CLI::App &remove
@@ -136,18 +172,24 @@ private:
         set.add_option("VALUE", m_value, "The text; \"\" removes the value")->required();
     }
 
-    void AddSettings()
+    void AddPrefs()
     {
-        CLI::App &settings = AddCommand(
-            "settings", "Print or change what the host remembers", [this](Session &session) {
-                if (m_flag)
-                    return reset_settings(session);
-                return m_value.empty() ? show_settings(session, m_key)
-                                       : change_setting(session, m_key, m_value);
-            });
-        settings.add_option("KEY", m_key, "A setting; all when left out");
-        settings.add_option("VALUE", m_value, "What it becomes");
-        settings.add_flag("--reset", m_flag, "Go back to the defaults");
+        CLI::App &prefs = AddCommand("prefs", "Print or change the settings", show_settings);
+        prefs.require_subcommand(0, 1);
+        AddCommand(prefs, "show", "Print all settings, as without a word", show_settings);
+        CLI::App &get = AddCommand(prefs, "get", "Print a setting",
+            [this](Session &session) { return get_setting(session, m_key); });
+        get.add_option("KEY", m_key, "The setting")->required();
+        CLI::App &set = AddCommand(prefs, "set", "Change a setting",
+            [this](Session &session) { return set_setting(session, m_key, m_value); });
+        set.add_option("KEY", m_key, "The setting")->required();
+        set.add_option("VALUE", m_value, "What it becomes")->required();
+        CLI::App &remove = AddCommand(prefs, "remove", "Go back to the default of settings",
+            [this](Session &session) { return remove_settings(session, m_nodes); });
+        remove.add_option("KEY", m_nodes, "The settings")->required();
+        AddCommand(prefs, "reset", "Go back to all defaults",
+            [](Session &session) { return remove_settings(session, {}); });
+        AddCommand(prefs, "where", "Print the path of the file that has them", show_settings_file);
         CLI::App &recent
             = AddCommand("recent", "Print the latest scenes", [this](Session &session) {
                   return m_flag ? clear_recent(session) : list_recent(session);
@@ -160,6 +202,8 @@ private:
         command.add_option("SCENE", m_scene, "A scene that import wrote")->required();
     }
 
+    static constexpr char const *expression_help
+        = "What the name has: words with * and ?, joined by & (and), ^ (or), ! (not), ( )";
     static constexpr char const *node_help = "The number of a node in the list, or its name";
 
     CLI::App m_app { "Keeps what is in your 3D and image files in a scene.", "scoutrix" };
@@ -168,6 +212,8 @@ private:
     std::string m_log;
     std::string m_scene;
     ImportOptions m_import;
+    TypeFilter m_types;
+    SearchOptions m_search;
     ListOptions m_list;
     std::optional<SortKey> m_sort; // what the settings say when not given
     std::optional<int> m_depth;
@@ -175,7 +221,8 @@ private:
     std::string m_node;
     std::string m_key;
     std::string m_value;
-    bool m_flag = false; // --reset, --clear
+    bool m_flag = false;         // --clear
+    int m_failure = exit_failed; // the exit code of what throws
 };
 
 } // namespace

@@ -26,10 +26,12 @@ enum Entry : unsigned int {
     entryDepth = 0x44455054,    // "DEPT" int
     entryProgress = 0x50524F47, // "PROG" bool
     entryLimit = 0x524C494D,    // "RLIM" int
+    entryTimeout = 0x544F5554,  // "TOUT" int
     entryRecent = 0x52454354    // "RECT" texts
 };
 
 constexpr int maximum_recent = 100;
+constexpr int maximum_timeout = 600;
 
 std::optional<int> parse_number(std::string const &text, int lowest, int highest)
 {
@@ -97,11 +99,24 @@ bool set_limit(Settings &settings, std::string const &value)
     return number.has_value();
 }
 
-constexpr SettingInfo infos[]
-    = { { "sort", "how list sorts: none, name, size, modified or kind", get_sort, set_sort },
-          { "depth", "levels that list prints: all, or a number", get_depth, set_depth },
-          { "progress", "show how far long work is: on or off", get_progress, set_progress },
-          { "recent", "scenes that are remembered: 0 to 100", get_limit, set_limit } };
+std::string get_timeout(Settings const &settings)
+{
+    return std::to_string(settings.timeout);
+}
+
+bool set_timeout(Settings &settings, std::string const &value)
+{
+    auto const number = parse_number(value, 1, maximum_timeout);
+    settings.timeout = number.value_or(settings.timeout);
+    return number.has_value();
+}
+
+constexpr SettingInfo infos[] = { { "sort", "how list sorts: none, name, size, modified or kind",
+                                      get_sort, set_sort },
+    { "depth", "levels that list prints: all, or a number", get_depth, set_depth },
+    { "progress", "show how far long work is: on or off", get_progress, set_progress },
+    { "timeout", "seconds that a disk may take to answer: 1 to 600", get_timeout, set_timeout },
+    { "recent", "scenes that are remembered: 0 to 100", get_limit, set_limit } };
 
 // Entries that are missing, of another kind or out of range leave the default.
 Settings read_settings(CCustomData const &data)
@@ -112,9 +127,11 @@ Settings read_settings(CCustomData const &data)
         set_sort(settings, kor_apps::to_utf8(sort));
     data.GetInt(entryDepth, settings.depth, settings.depth);
     data.GetBool(entryProgress, settings.progress, settings.progress);
-    int limit = 0;
-    if (data.GetInt(entryLimit, limit) && limit >= 0 && limit <= maximum_recent)
-        settings.recent_limit = limit;
+    int number = 0;
+    if (data.GetInt(entryLimit, number) && number >= 0 && number <= maximum_recent)
+        settings.recent_limit = number;
+    if (data.GetInt(entryTimeout, number) && number >= 1 && number <= maximum_timeout)
+        settings.timeout = number;
     data.GetStringArray(entryRecent, settings.recent);
     cut_recent(settings);
     return settings;
@@ -127,6 +144,7 @@ CCustomData write_settings(Settings const &settings)
     data.SetInt(entryDepth, settings.depth);
     data.SetBool(entryProgress, settings.progress);
     data.SetInt(entryLimit, settings.recent_limit);
+    data.SetInt(entryTimeout, settings.timeout);
     data.SetStringArray(entryRecent, settings.recent);
     return data;
 }

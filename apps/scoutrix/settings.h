@@ -16,6 +16,7 @@ struct Settings {
     SortKey sort = SortKey::None; // how list sorts
     int depth = -1;               // how many levels it prints; negative: all
     bool progress = true;         // show how far long work is
+    int timeout = 10;             // seconds that a disk may take to answer
     int recent_limit = 10;        // scenes that are remembered
     CXArray<Text> recent;         // absolute paths, the latest first
 };
@@ -40,6 +41,8 @@ public:
 
     // Makes the folder when needed. Warns and returns false when the settings cannot be saved.
     bool Save(Settings const &settings) const;
+
+    Text const &GetPath() const { return m_path; }
 
     // The file of the calling user; empty when the system has no place for it.
     static Text GetDefaultPath();

@@ -2,6 +2,8 @@
 // The commands of scoutrix, as a user types them.
 #include "tests/apps/host_support.h"
 
+#include <algorithm>
+
 TEST_F(Host, ListsATreeInTheOrderThatIsAskedFor)
 {
     Import({ "sphere.obj", "gradient.png", "checker.bmp" });
@@ -59,4 +61,39 @@ TEST_F(Host, LeavesTheSceneWhenACommandFails)
     std::filesystem::create_directory(m_scene + ".tmp");
     EXPECT_EQ(Run({ "remove", m_scene, "cube.obj" }), 1);
     EXPECT_EQ(ListNames({ "-d2" }), "samples cube.obj ");
+}
+
+TEST_F(Host, SearchesTheNamesOfNodes)
+{
+    Import({ "cube.obj", "sphere.obj", "checker.bmp" });
+    EXPECT_EQ(Run({ "set", m_scene, "sides", "name", "Table leg" }), 0) << m_errors;
+    struct Case {
+        char const *expression;
+        int code;
+        char const *output;
+    };
+    for (auto const &[expression, code, output] : {
+             Case { "cube*", 0, "    2  samples\\cube.obj\n    3  samples\\cube.obj\\cube\n" },
+             Case { "TABLE leg", 0, "    5  samples\\cube.obj\\Table leg\n" },
+             Case { "table !leg", 1, "" },
+             Case { "*.obj !s*", 0, "    2  samples\\cube.obj\n" },
+             Case { "(table ^ cube) lid", 1, "" },
+             Case { "(unbalanced", 2, "" },
+         }) {
+        EXPECT_EQ(Run({ "search", expression, m_scene }), code) << expression << m_errors;
+        EXPECT_EQ(m_output, output) << expression;
+    }
+    EXPECT_EQ(Run({ "search", "-c", "\"*LEG\"", m_scene }), 1) << m_output;
+    EXPECT_EQ(Run({ "search", "cube*", Sample("cube.obj") }), 2) << "not a scene";
+}
+
+TEST_F(Host, ListsTheTypesOfAKind)
+{
+    EXPECT_EQ(Run({ "types", "web", "video", "--save" }), 0);
+    EXPECT_EQ(std::ranges::count(m_output, '\n'), 2) << m_output;
+    EXPECT_NE(m_output.find("AVI    video  load save  BRNS    BRNS   .avi        Avi files\n"),
+        std::string::npos)
+        << m_output;
+    EXPECT_EQ(Run({ "types", "audio", "--save" }), 1);
+    EXPECT_EQ(Run({ "types", "sculptures" }), 2);
 }

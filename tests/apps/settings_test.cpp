@@ -27,7 +27,7 @@ protected:
 
     std::string Get(std::string const &key)
     {
-        EXPECT_EQ(Run({ "settings", key }), 0) << m_errors;
+        EXPECT_EQ(Run({ "prefs", "get", key }), 0) << m_errors;
         return m_output.substr(0, m_output.find('\n'));
     }
 
@@ -46,19 +46,24 @@ protected:
 TEST_F(HostSettings, AreKeptAndUsed)
 {
     Import({ "sphere.obj", "checker.bmp" });
-    EXPECT_EQ(Run({ "settings", "sort", "name" }), 0) << m_errors;
-    EXPECT_EQ(Run({ "settings", "depth", "2" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "prefs", "set", "sort", "name" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "prefs", "set", "depth", "2" }), 0) << m_errors;
     EXPECT_EQ(ListNames({}), "samples checker.bmp sphere.obj ");
     EXPECT_EQ(ListNames({ "--sort", "none", "--depth", "1" }), "samples ");
-    EXPECT_EQ(Run({ "settings", "progress", "off" }), 0) << m_errors;
-    EXPECT_EQ(Run({ "settings" }), 0);
-    EXPECT_NE(m_output.find("progress   off"), std::string::npos) << m_output;
-    for (std::vector<std::string> const &bad : { std::vector<std::string> { "sort", "age" },
-             { "depth", "2x" }, { "progress", "maybe" }, { "recent", "101" }, { "colour", "on" } })
-        EXPECT_EQ(Run({ "settings", bad[0], bad[1] }), 1) << m_output;
+    EXPECT_EQ(Run({ "prefs", "set", "progress", "off" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "prefs" }), 0);
+    EXPECT_NE(m_output.find("progress  off"), std::string::npos) << m_output;
+    EXPECT_NE(m_output.find("host.prefs\n"), std::string::npos) << m_output;
+    for (std::vector<std::string> const &bad :
+        { std::vector<std::string> { "sort", "age" }, { "depth", "2x" }, { "timeout", "0" },
+            { "progress", "maybe" }, { "recent", "101" }, { "colour", "on" } })
+        EXPECT_EQ(Run({ "prefs", "set", bad[0], bad[1] }), 1) << m_output;
     EXPECT_EQ(Get("sort") + Get("depth") + Get("progress") + Get("recent"), "name2off10");
-    EXPECT_EQ(Run({ "settings", "--reset" }), 0);
-    EXPECT_EQ(Get("sort") + Get("depth"), "noneall");
+    EXPECT_EQ(Run({ "prefs", "remove", "sort", "colour" }), 1);
+    EXPECT_EQ(Run({ "prefs", "remove", "sort", "progress" }), 0);
+    EXPECT_EQ(Get("sort") + Get("depth") + Get("progress"), "none2on");
+    EXPECT_EQ(Run({ "prefs", "reset" }), 0);
+    EXPECT_EQ(Get("depth"), "all");
     EXPECT_EQ(Run({ "recent" }), 0);
     EXPECT_NE(m_output, "");
 }
@@ -76,7 +81,7 @@ TEST_F(HostSettings, RememberTheLatestScenesFirst)
     ListNames({});
     EXPECT_EQ(Run({ "list" }), 0) << m_errors;
     EXPECT_EQ(Run({ "list", to_utf8(m_folder.GetPath() / "missing") }), 1);
-    EXPECT_EQ(Run({ "settings", "recent", "1" }), 0);
+    EXPECT_EQ(Run({ "prefs", "set", "recent", "1" }), 0);
     EXPECT_EQ(Run({ "recent" }), 0);
     EXPECT_TRUE(m_output.ends_with("a.scene\n")) << m_output;
     EXPECT_EQ(Run({ "recent", "--clear" }), 0);
@@ -86,7 +91,7 @@ TEST_F(HostSettings, RememberTheLatestScenesFirst)
 
 TEST_F(HostSettings, ThatAreDamagedAreKeptAside)
 {
-    EXPECT_EQ(Run({ "settings", "sort", "size" }), 0) << m_errors;
+    EXPECT_EQ(Run({ "prefs", "set", "sort", "size" }), 0) << m_errors;
     std::string const good = ReadBytes();
     int kept = 0;
     for (std::size_t size = 1; size < good.size(); size += 7) {
@@ -94,14 +99,14 @@ TEST_F(HostSettings, ThatAreDamagedAreKeptAside)
         EXPECT_EQ(Get("sort"), "none") << size;
         EXPECT_NE(m_errors.find("damaged"), std::string::npos) << size << m_errors;
         EXPECT_EQ(CountDamaged(), ++kept);
-        EXPECT_EQ(Run({ "settings", "sort", "size" }), 0) << m_errors;
+        EXPECT_EQ(Run({ "prefs", "set", "sort", "size" }), 0) << m_errors;
         EXPECT_EQ(Get("sort"), "size");
     }
     for (std::size_t i = 0; i < good.size(); ++i) {
         std::string bytes = good;
         bytes[i] = static_cast<char>(bytes[i] ^ 0x55);
         WriteBytes(bytes);
-        EXPECT_EQ(Run({ "settings" }), 0) << i;
+        EXPECT_EQ(Run({ "prefs" }), 0) << i;
     }
     // Values that no host has written.
     CCustomData data;
@@ -122,7 +127,7 @@ TEST_F(HostSettings, LeaveOthersRecordsAlone)
     EXPECT_TRUE(other.SaveToPrefs(GetFile(), host_record, 2)) << "a newer host's";
     EXPECT_EQ(Get("sort"), "none");
     EXPECT_EQ(m_errors, "") << "the file is good";
-    EXPECT_EQ(Run({ "settings", "sort", "size" }), 0);
+    EXPECT_EQ(Run({ "prefs", "set", "sort", "size" }), 0);
     EXPECT_EQ(Get("sort"), "size");
     for (auto const &[id, version] : { std::pair(7U, 1U), std::pair(host_record, 2U) }) {
         CCustomData read;
@@ -137,5 +142,5 @@ TEST_F(HostSettings, ThatCannotBeSavedDoNotStopTheHost)
     Import({ "checker.bmp" });
     EXPECT_NE(m_errors.find("warning"), std::string::npos) << m_errors;
     EXPECT_EQ(ListNames({}), "samples checker.bmp ");
-    EXPECT_EQ(Run({ "settings", "sort", "size" }), 1);
+    EXPECT_EQ(Run({ "prefs", "set", "sort", "size" }), 1);
 }
