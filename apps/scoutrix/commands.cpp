@@ -4,9 +4,10 @@
 #include "apps/common/console.h"
 #include "apps/common/progress.h"
 #include "apps/scene/scene_file.h"
+#include "apps/scoutrix/document_batch.h"
+#include "apps/scoutrix/document_report.h"
 #include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
-#include "apps/scoutrix/import_batch.h"
 #include "kortools/app/parallel.h"
 #include "kortools/archive/exception.h"
 #include "kortools/text/string_match.h"
@@ -18,19 +19,29 @@ namespace {
 
 using kor_apps::from_utf8;
 
-// Puts what could be read into the scene; the number of files that could not.
-int put_files(std::deque<ImportTask> const &tasks, CScene &scene)
+// False when the user has cancelled.
+bool load_files(Session const &session, std::vector<std::string> const &files,
+    kor_apps::ConsoleProgress &progress, std::deque<Document> &documents)
 {
-    int failures = 0;
-    for (ImportTask const &task : tasks) {
-        if (task.error.IsEmpty()) {
-            scene.Put(task.file);
+    for (std::string const &file : files)
+        documents.emplace_back(from_utf8(file));
+    BatchOptions options;
+    options.threads = OMPGetMaxThreadCount();
+    options.timeout = static_cast<unsigned int>(session.settings.timeout) * 1000;
+    return load_documents(documents, options) && !progress.Finish();
+}
+
+// Tells what could not be loaded; the exit code.
+int report_failures(std::deque<Document> const &documents)
+{
+    int code = exit_done;
+    for (Document const &each : documents) {
+        if (each.error.IsEmpty())
             continue;
-        }
-        report_error(task.error);
-        ++failures;
+        report_error(each.error);
+        code = code == exit_done ? each.code : code;
     }
-    return failures;
+    return code;
 }
 
 void save_session(Session &session, CScene const &scene, Text const &path)
@@ -104,21 +115,38 @@ void Session::Remember(Text const &scene)
         file.Save(settings);
 }
 
+int open_files(Session &session, std::vector<std::string> const &files, OpenStyle style)
+{
+    kor_apps::ConsoleProgress progress(L"opening", session.settings.progress);
+    std::deque<Document> documents;
+    if (!load_files(session, files, progress, documents)) {
+        report_error(L"cancelled");
+        return kor_apps::exit_cancelled;
+    }
+    if (style == OpenStyle::Table)
+        print_document_table(documents);
+    for (Document const &each : documents) {
+        if (style == OpenStyle::Facts && each.error.IsEmpty())
+            print_document(each);
+    }
+    return report_failures(documents);
+}
+
 int import_files(Session &session, ImportOptions const &options, Text const &path)
 {
     kor_apps::ConsoleProgress progress(L"importing", session.settings.progress);
     auto const scene = options.append ? load_scene(path) : std::make_unique<CScene>();
-    std::deque<ImportTask> tasks;
-    for (std::string const &file : options.files)
-        tasks.emplace_back(from_utf8(file));
-    if (!run_imports(tasks, OMPGetMaxThreadCount()) || progress.Finish()) {
+    std::deque<Document> documents;
+    if (!load_files(session, options.files, progress, documents)) {
         report_error(L"cancelled; no scene written");
         return kor_apps::exit_cancelled;
     }
-    if (put_files(tasks, *scene) > 0) {
+    if (int const code = report_failures(documents); code != exit_done) {
         report_error(L"no scene written: a file could not be imported");
-        return exit_failed;
+        return code;
     }
+    for (Document const &each : documents)
+        scene->Put(each.file);
     save_session(session, *scene, path);
     print_scene(*scene, {});
     return exit_done;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The commands of scoutrix on scenes. Each returns the exit code: one of exit_codes.h, or 130 when
-// the user has cancelled. They throw CXException for what cannot be done. One that changes a scene
-// writes it as a whole or leaves it as it was.
+// The commands of scoutrix on files and scenes. Each returns the exit code: one of exit_codes.h, or
+// 130 when the user has cancelled. They throw CXException for what cannot be done. One that changes
+// a scene writes it as a whole or leaves it as it was.
 #pragma once
 
 #include "apps/scoutrix/listing.h"
@@ -32,6 +32,12 @@ struct Session {
     Settings settings;
 };
 
+// Loads the files and prints what they are, in full or a line each. The exit code is that of the
+// first one that could not be loaded.
+enum class OpenStyle { Facts, Table };
+int open_files(Session &session, std::vector<std::string> const &files, OpenStyle style);
+
+// Loads the files into a scene, with an exit code as above; none is written when one of them fails.
 int import_files(Session &session, ImportOptions const &options, Text const &path);
 
 // The latest of the recent scenes when `path` is empty.

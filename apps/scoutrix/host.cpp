@@ -4,6 +4,7 @@
 #include "apps/common/console.h"
 #include "apps/common/paths.h"
 #include "apps/scoutrix/commands.h"
+#include "apps/scoutrix/document.h"
 #include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
 #include "apps/scoutrix/prefs.h"
@@ -29,6 +30,7 @@ public:
         m_app.add_option("--settings", m_settings, "The settings to use, in place of your own");
         m_app.add_option("--log", m_log, "The log to go on with, in place of your own");
         AddTypes();
+        AddOpen();
         AddImport();
         AddList();
         AddSearch();
@@ -45,6 +47,7 @@ public:
         } catch (CLI::ParseError const &error) {
             return m_app.exit(error) == 0 ? exit_done : exit_usage;
         }
+        OwnTypes const own_types;
         HostLog const log(m_log.empty() ? Text() : kor_apps::make_absolute(from_utf8(m_log)));
         log_line(Describe(arguments));
         int const result = RunCommand();
@@ -107,13 +110,24 @@ private:
         types.add_flag("-s,--save", m_types.saved, "Only what can be saved");
     }
 
+    void AddOpen()
+    {
+        CLI::App &open
+            = AddCommand("open", "Load files and print what they are", [this](Session &session) {
+                  return open_files(
+                      session, m_import.files, m_flag ? OpenStyle::Table : OpenStyle::Facts);
+              });
+        open.add_option("FILE", m_import.files, "Files of a type that can be loaded")->required();
+        open.add_flag("-t,--table", m_flag, "Print a line for each file, with the time it took");
+    }
+
     void AddImport()
     {
         CLI::App &import
             = AddCommand("import", "Read files and write a scene", [this](Session &session) {
                   return import_files(session, m_import, from_utf8(m_scene));
               });
-        import.add_option("FILE", m_import.files, "BMP, PNG or Wavefront OBJ files")->required();
+        import.add_option("FILE", m_import.files, "Files of a type that can be loaded")->required();
         import.add_option("-o,--output", m_scene, "The scene to write")->required();
         import.add_flag("-a,--append", m_import.append,
             "Add to the scene that is there; files that it has already are read again");

@@ -4,10 +4,9 @@
 #include "apps/common/paths.h"
 #include "kortools/app/thread_registry.h"
 #include "kortools/archive/file.h"
+#include "kortools/files/file_status.h"
 
-#include <chrono>
 #include <cstring>
-#include <filesystem>
 
 namespace scoutrix {
 namespace {
@@ -37,15 +36,6 @@ Format const &find_format(ImportSource const &source)
     return obj_format;
 }
 
-// Seconds since 1970 UTC.
-long long get_modification_time(std::filesystem::path const &path)
-{
-    using namespace std::chrono;
-    auto const written = std::filesystem::last_write_time(path);
-    auto const system = file_clock::to_sys(written);
-    return floor<seconds>(system).time_since_epoch().count();
-}
-
 } // namespace
 
 void ImportSource::Fail(wchar_t const *reason) const
@@ -67,6 +57,17 @@ void ImportSource::Read(unsigned long long offset, void *target, unsigned int si
         Fail(L"the file is cut");
 }
 
+SceneFile describe_file(Text const &path)
+{
+    Text const absolute = kor_apps::make_absolute(path);
+    SceneFile file;
+    file.name = absolute.Mid(absolute.ReverseFind(L'\\') + 1);
+    file.folder = kor_apps::from_native(kor_apps::to_native(absolute).parent_path());
+    file.properties.SetULongInt(propertySize, fileGetSize(absolute));
+    file.properties.SetXTime(propertyModified, fileGetLastWriteDate(absolute));
+    return file;
+}
+
 SceneFile import_file(Text const &path, std::atomic<unsigned long long> &done)
 {
     CXFile file(true);
@@ -76,14 +77,9 @@ SceneFile import_file(Text const &path, std::atomic<unsigned long long> &done)
     ImportSource const source { file, path, done };
     Format const &format = find_format(source);
     file.Seek(0, CXFile::begin);
-    SceneFile result;
-    result.name = file.GetFileName();
-    std::filesystem::path const native = kor_apps::to_native(kor_apps::make_absolute(path));
-    result.folder = kor_apps::from_native(native.parent_path());
+    SceneFile result = describe_file(path);
     result.properties.SetString(propertyKind, format.kind);
     result.properties.SetString(propertyFormat, format.name);
-    result.properties.SetULongInt(propertySize, file.GetLength());
-    result.properties.SetXTime(propertyModified, CXTime(get_modification_time(native)));
     format.import(source, result);
     return result;
 }

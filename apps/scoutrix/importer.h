@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Reads what scoutrix keeps of a file: its kind by its first bytes (meshes in text form by their
-// content), then its dimensions or counts. Nothing is trusted: a file that is cut, damaged or of
-// another kind raises a CXException whose message names the file and the reason.
+// The host's own readers, for where no plug-in is found. They read what a scene keeps of a file:
+// its kind by its first bytes (meshes in text form by their content), then its dimensions or
+// counts. Nothing is trusted: a file that is cut, damaged or of another kind raises a CXException
+// whose message names the file and the reason.
 #pragma once
 
 #include "apps/common/console.h"
@@ -12,6 +13,9 @@
 #include <atomic>
 
 namespace scoutrix {
+
+// What is known of any file: its place, size and date.
+SceneFile describe_file(Text const &path);
 
 // What a scene takes of the file at `path`. `done` counts the bytes that were looked at. Throws
 // soon when the calling thread is to be cancelled.

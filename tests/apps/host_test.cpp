@@ -96,4 +96,30 @@ TEST_F(Host, ListsTheTypesOfAKind)
         << m_output;
     EXPECT_EQ(Run({ "types", "audio", "--save" }), 1);
     EXPECT_EQ(Run({ "types", "sculptures" }), 2);
+    EXPECT_EQ(Run({ "types", "3d", "-l" }), 0);
+    EXPECT_NE(m_output.find("Wavefront OBJ files\n"), std::string::npos) << m_output;
+}
+
+TEST_F(Host, OpensFilesByTheirNames)
+{
+    std::string const cut = to_utf8(m_folder.GetPath() / "cut.PNG");
+    std::filesystem::copy_file(Sample("gradient.png"), cut);
+    std::filesystem::resize_file(cut, 600);
+    EXPECT_EQ(Run({ "open", Sample("cube.obj"), Sample("gradient.png") }), 0) << m_errors;
+    for (char const *fact : { "    size: 250\n", "    kind: mesh\n", "    maximum: 0.5 0.5 0.5\n",
+             "    width: 48\n", "    type: PNG, ", "    loader: " })
+        EXPECT_NE(m_output.find(fact), std::string::npos) << fact << m_output;
+    struct Case {
+        std::string file;
+        int code;
+        char const *message;
+    };
+    for (auto const &[file, code, message] : { Case { Sample("missing.obj"), 3, "no such file" },
+             { to_utf8(m_folder.GetPath()), 3, "a folder" },
+             { Sample("README.md"), 4, "no file type" },
+             { Sample("window.data"), 4, "window.data: " }, { cut, 5, "is cut" } }) {
+        EXPECT_EQ(Run({ "open", "-t", file, Sample("checker.bmp"), "nothing" }), code) << m_errors;
+        EXPECT_NE(m_errors.find(message), std::string::npos) << m_errors;
+        EXPECT_NE(m_output.find("20 x 12, 24 bits"), std::string::npos) << m_output;
+    }
 }

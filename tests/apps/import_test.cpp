@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Imports on several threads, and how a user stops them.
 #include "apps/common/console.h"
-#include "apps/scoutrix/import_batch.h"
+#include "apps/scoutrix/document_batch.h"
 #include "kortools/app/progress_callback.h"
 #include "kortools/app/thread_registry.h"
 #include "tests/apps/host_support.h"
@@ -46,8 +46,8 @@ bool cancel_soon(unsigned int flags, ProcessProgressInfo const &, void *user)
 {
     if ((flags & progressQueryCancel) == 0)
         return false;
-    auto const *const tasks = static_cast<std::deque<scoutrix::ImportTask> *>(user);
-    if (tasks->front().done > 0)
+    auto const *const documents = static_cast<std::deque<scoutrix::Document> *>(user);
+    if (documents->front().done > 0)
         SetCancelThread(true, 0);
     return ShouldCancelThread(0);
 }
@@ -95,7 +95,7 @@ TEST_F(HostImport, KeepsTheOrderOfManyFiles)
     EXPECT_EQ(ListNames({}), names);
     for (char const *name : { "mesh9.obj", "mesh3.obj" })
         WriteFile(name, "v 0\n");
-    EXPECT_EQ(Run(arguments), 1);
+    EXPECT_EQ(Run(arguments), 5);
     std::size_t const third = m_errors.find("mesh3.obj");
     EXPECT_LT(third, std::string::npos);
     EXPECT_LT(m_errors.find("mesh9.obj"), m_errors.size()) << "all that failed are told";
@@ -107,19 +107,20 @@ TEST_F(HostImport, KeepsTheOrderOfManyFiles)
 
 TEST_F(HostImport, EndsItsThreadsWhenTheCallbackSaysSo)
 {
+    scoutrix::OwnTypes const types;
     write_large_mesh(m_folder.GetPath() / "large.obj");
-    std::deque<scoutrix::ImportTask> tasks;
+    std::deque<scoutrix::Document> documents;
     for (int i = 0; i < 4; ++i)
-        tasks.emplace_back(kor_apps::from_utf8(GetPath("large.obj")));
-    progressPushCallback(cancel_soon, &tasks);
-    EXPECT_FALSE(scoutrix::run_imports(tasks, 2));
+        documents.emplace_back(kor_apps::from_utf8(GetPath("large.obj")));
+    progressPushCallback(cancel_soon, &documents);
+    EXPECT_FALSE(scoutrix::load_documents(documents, { .threads = 2 }));
     EXPECT_TRUE(progressPopCallback());
     SetCancelThread(false, 0);
-    EXPECT_LT(tasks.front().file.properties.GetIDCount(), 8U) << "it was read to the end";
-    tasks.clear();
-    tasks.emplace_back(kor_apps::from_utf8(KOR_SAMPLES "/cube.obj"));
-    EXPECT_TRUE(scoutrix::run_imports(tasks, 8));
-    EXPECT_EQ(tasks.front().error, L"");
+    EXPECT_LT(documents.front().file.properties.GetIDCount(), 8U) << "it was read to the end";
+    documents.clear();
+    documents.emplace_back(kor_apps::from_utf8(KOR_SAMPLES "/cube.obj"));
+    EXPECT_TRUE(scoutrix::load_documents(documents, { .threads = 8 }));
+    EXPECT_EQ(documents.front().error, L"");
 }
 
 TEST_F(HostImport, IsCancelledByCtrlC)

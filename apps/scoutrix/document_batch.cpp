@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "apps/scoutrix/import_batch.h"
+#include "apps/scoutrix/document_batch.h"
 
 #include "apps/common/console.h"
 #include "apps/common/progress.h"
 #include "apps/scoutrix/host_log.h"
-#include "apps/scoutrix/importer.h"
 #include "kortools/app/thread.h"
 #include "kortools/app/thread_registry.h"
-#include "kortools/archive/exception.h"
-#include "kortools/files/file_status.h"
 
 #include <algorithm>
 #include <memory>
@@ -17,62 +14,63 @@
 namespace scoutrix {
 namespace {
 
-// What the threads share: the tasks, and which of them is the next.
+// What the threads share: the documents whose paths are good, and which of them is the next.
 class Batch {
 public:
-    explicit Batch(std::deque<ImportTask> &tasks)
-        : m_tasks(tasks)
+    Batch(std::deque<Document> &documents, unsigned int timeout)
     {
-        for (ImportTask &task : m_tasks) {
-            task.size = fileGetSize(task.path);
-            m_total += task.size;
+        for (Document &each : documents) {
+            if (!test_path(each, timeout)) {
+                log_line(L"failed: " + each.error);
+                continue;
+            }
+            m_total += each.size;
+            m_documents.push_back(&each);
         }
     }
 
+    std::size_t GetCount() const { return m_documents.size(); }
+
     // Null when none is left, or the thread is to end.
-    ImportTask *Take()
+    Document *Take()
     {
         std::size_t const index = m_next++;
-        return index < m_tasks.size() && !ShouldCancelThread(0) ? &m_tasks[index] : nullptr;
+        return index < m_documents.size() && !ShouldCancelThread(0) ? m_documents[index] : nullptr;
     }
 
     ProcessProgressInfo GetProgress() const
     {
         ProcessProgressInfo info { 0, m_total };
-        for (ImportTask const &task : m_tasks)
-            info.done += std::min<unsigned long long>(task.done, task.size);
+        for (Document const *const each : m_documents)
+            info.done += std::min<unsigned long long>(each->done, each->size);
         return info;
     }
 
 private:
-    std::deque<ImportTask> &m_tasks;
+    std::vector<Document *> m_documents;
     std::atomic<std::size_t> m_next { 0 };
     unsigned long long m_total = 0; // bytes
 };
 
-void import_task(ImportTask &task)
+void load(Document &document)
 {
-    log_line(L"reading " + task.path);
-    try {
-        task.file = import_file(task.path, task.done);
-        task.error.Empty();
-    } catch (CXException *exception) {
-        task.error = exception->GetErrorMessage();
-        exception->Delete();
-    } catch (std::exception const &error) {
-        task.error = task.path + L": " + kor_apps::from_utf8(error.what());
-    }
+    log_line(L"reading " + document.path);
+    load_document(document);
     if (ShouldCancelThread(0)) {
-        log_line(L"cancelled " + task.path);
+        log_line(L"cancelled " + document.path);
         return;
     }
-    task.done = task.size;
-    log_line(task.error.IsEmpty() ? L"read " + task.path : L"failed: " + task.error);
+    document.done = document.size;
+    if (document.error.IsEmpty())
+        log_line(L"read " + document.path + L", " + document.type.m_description + L", by "
+            + document.loader);
+    else
+        log_line(L"failed: " + document.error);
 }
 
-class ImportThread : public CXThread {
+class LoadThread : public CXThread {
 public:
-    explicit ImportThread(Batch &batch)
+    explicit LoadThread(Batch &batch)
         : CXThread(true)
         , m_batch(batch)
     {
@@ -80,8 +78,8 @@ public:
 
     bool Run() override
     {
-        while (ImportTask *const task = m_batch.Take())
-            import_task(*task);
+        while (Document *const document = m_batch.Take())
+            load(*document);
         return true;
     }
 
@@ -99,7 +97,7 @@ public:
         m_threads.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i) {
             CXThread *const thread = CXThread::BeginThread(
-                new ImportThread(batch), xThreadPriorityNormal, CXThread::keepAutoDelete);
+                new LoadThread(batch), xThreadPriorityNormal, CXThread::keepAutoDelete);
             if (thread != nullptr)
                 m_threads.emplace_back(thread);
         }
@@ -126,13 +124,15 @@ private:
 
 } // namespace
 
-bool run_imports(std::deque<ImportTask> &tasks, int threads)
+bool load_documents(std::deque<Document> &documents, BatchOptions const &options)
 {
     constexpr unsigned int tick = 40; // milliseconds between reports
     LogIndent const indent;
-    Batch batch(tasks);
+    Batch batch(documents, options.timeout);
+    if (batch.GetCount() == 0)
+        return true;
     ThreadScope const scope(
-        batch, std::clamp(threads, 1, std::max(1, static_cast<int>(tasks.size()))));
+        batch, std::clamp(options.threads, 1, static_cast<int>(batch.GetCount())));
     bool ended = false;
     while (!ended) {
         ended = scope.WaitForAll(tick);

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// A file that is opened by its name. The host tests the path, within a time limit; the registry of
+// file types tells what it is; a plug-in that has registered the type loads it or, where there is
+// none, the host's own reader.
+#pragma once
+
+#include "apps/scene/scene.h"
+#include "apps/scoutrix/exit_codes.h"
+#include "kortools/files/file_types.h"
+
+#include <atomic>
+#include <chrono>
+
+namespace scoutrix {
+
+// What came of a file.
+struct Document {
+    explicit Document(Text file_path)
+        : path(std::move(file_path))
+    {
+    }
+
+    Text path;
+    unsigned long long size = 0;                // bytes
+    std::atomic<unsigned long long> done { 0 }; // bytes that were looked at, about
+    CFileExt type;                              // class 0: of none
+    Text loader;                                // which component has read it
+    SceneFile file;                             // when there is no error
+    std::chrono::microseconds time { 0 };       // that loading took
+    Text error = L"not read";                   // why it was not opened; empty: it was
+    ExitCode code = exit_failed;                // that tells so to scripts
+};
+
+// True when the path names a file, whose size it stores; else the document has the error. Waits for
+// the disk up to `timeout` milliseconds.
+bool test_path(Document &document, unsigned int timeout);
+
+// Loads a document whose path was tested; what goes wrong is its error. On any thread; returns soon
+// when that is to be cancelled.
+void load_document(Document &document);
+
+// The host's own types, behind those that are registered, as long as this lives.
+class OwnTypes {
+public:
+    OwnTypes();
+    ~OwnTypes();
+    OwnTypes(OwnTypes const &) = delete;
+    OwnTypes &operator=(OwnTypes const &) = delete;
+};
+
+} // namespace scoutrix
