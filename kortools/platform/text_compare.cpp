@@ -60,7 +60,7 @@ char to_lower(char ch)
     return static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
 }
 
-wchar_t to_lower(wchar_t ch)
+wchar_t to_lower_by_locale(wchar_t ch)
 {
     return static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(ch)));
 }
@@ -70,7 +70,7 @@ char to_upper(char ch)
     return static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
 }
 
-wchar_t to_upper(wchar_t ch)
+wchar_t to_upper_by_locale(wchar_t ch)
 {
     return static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(ch)));
 }

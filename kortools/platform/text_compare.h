@@ -6,9 +6,25 @@
 namespace kortools::platform {
 
 char to_lower(char ch);
-wchar_t to_lower(wchar_t ch);
 char to_upper(char ch);
-wchar_t to_upper(wchar_t ch);
+wchar_t to_lower_by_locale(wchar_t ch);
+wchar_t to_upper_by_locale(wchar_t ch);
+
+// ASCII letters have the same partners in every locale, but for I and i in Turkish ones. So most
+// characters need no call.
+inline wchar_t to_lower(wchar_t ch)
+{
+    if (ch == L'I' || static_cast<unsigned>(ch) > 0x7F)
+        return to_lower_by_locale(ch);
+    return ch >= L'A' && ch <= L'Z' ? static_cast<wchar_t>(ch | 0x20) : ch;
+}
+
+inline wchar_t to_upper(wchar_t ch)
+{
+    if (ch == L'i' || static_cast<unsigned>(ch) > 0x7F)
+        return to_upper_by_locale(ch);
+    return ch >= L'a' && ch <= L'z' ? static_cast<wchar_t>(ch & ~0x20) : ch;
+}
 
 // Ordinal after lower-casing both sides: bytes as unsigned, wide text by UTF-16 unit on both
 // systems. Negative, 0 or positive.
