@@ -6,13 +6,12 @@
 // a whole expression however deep its groups are.
 #pragma once
 
+#include "kortools/core/xstring.h"
 #include "kortools/platform/text_compare.h"
 #include "kortools/text/wildcard_matcher.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <memory_resource>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -20,34 +19,39 @@ namespace kortools::text {
 
 enum class CandidateCase { Keep, Lower };
 
+// Keeps its memory from one list of texts to the next.
 class Candidates {
 public:
-    using View = std::wstring_view;
+    using Texts = std::span<CXTString<wchar_t> const>;
 
-    explicit Candidates(CandidateCase mode)
-        : m_case(mode)
+    // The texts and their words, in place of the candidates before. The texts must stay alive.
+    void set_texts(Texts texts, CandidateCase mode)
     {
-    }
-    Candidates(Candidates const &) = delete;
-    Candidates &operator=(Candidates const &) = delete;
-    ~Candidates() = default;
-
-    // The text must stay alive.
-    void add_text(View text)
-    {
-        text = m_case == CandidateCase::Lower ? to_lower(text) : text;
-        m_texts.push_back(text);
-        for (std::size_t at = 0; (at = text.find_first_not_of(L' ', at)) != View::npos;) {
-            std::size_t const end = std::min(text.find(L' ', at), text.size());
-            m_words.push_back(text.substr(at, end - at));
-            at = end;
+        clear();
+        if (mode == CandidateCase::Lower)
+            make_room(texts);
+        wchar_t *room = m_lowered.data();
+        for (CXTString<wchar_t> const &text : texts) {
+            View view = text.GetView();
+            if (mode == CandidateCase::Lower) {
+                wchar_t *const end = lower(view, room);
+                view = { room, view.size() };
+                room = end;
+            }
+            m_texts.push_back(view);
+            add_words(view);
         }
     }
 
-    // As it is, as one word.
-    void add_word(View text) { m_words.push_back(text); }
+    // Each text as it is, as one word.
+    void set_words(Texts words)
+    {
+        clear();
+        for (CXTString<wchar_t> const &word : words)
+            m_words.push_back(word.GetView());
+    }
 
-    bool has_match(View pattern, bool with_texts) const
+    bool has_match(std::wstring_view pattern, bool with_texts) const
     {
         auto const matches = [&](View text) { return match_wildcards(text, pattern, false); };
         return (with_texts && std::ranges::any_of(m_texts, matches))
@@ -55,19 +59,49 @@ public:
     }
 
 private:
-    View to_lower(View text)
+    using View = std::wstring_view;
+
+    void clear()
     {
-        auto *const lower = static_cast<wchar_t *>(
-            m_resource.allocate(text.size() * sizeof(wchar_t) + 1, alignof(wchar_t)));
-        std::ranges::transform(text, lower, [](wchar_t ch) { return platform::to_lower(ch); });
-        return { lower, text.size() };
+        m_texts.clear();
+        m_words.clear();
     }
 
-    CandidateCase m_case;
-    alignas(std::max_align_t) std::array<std::byte, 2048> m_memory; // enough for most names
-    std::pmr::monotonic_buffer_resource m_resource { m_memory.data(), m_memory.size() };
-    std::pmr::vector<View> m_texts { &m_resource };
-    std::pmr::vector<View> m_words { &m_resource };
+    // Returns the end of what it writes.
+    static wchar_t *lower(View text, wchar_t *target)
+    {
+        for (wchar_t const ch : text)
+            *target++ = platform::to_lower(ch);
+        return target;
+    }
+
+    void make_room(Texts texts)
+    {
+        std::size_t length = 0;
+        for (CXTString<wchar_t> const &text : texts)
+            length += text.GetView().size();
+        if (m_lowered.size() < length)
+            m_lowered.resize(length);
+    }
+
+    void add_words(View text)
+    {
+        wchar_t const *const end = text.data() + text.size();
+        wchar_t const *word = text.data();
+        for (wchar_t const *at = word; at != end; ++at) {
+            if (*at != L' ')
+                continue;
+            if (at != word)
+                m_words.emplace_back(word, static_cast<std::size_t>(at - word));
+            word = at + 1;
+        }
+        if (word != end)
+            m_words.emplace_back(word, static_cast<std::size_t>(end - word));
+    }
+
+    std::vector<wchar_t> m_lowered; // what the views see of texts in small letters
+    std::vector<View> m_texts;
+    std::vector<View> m_words;
 };
 
 } // namespace kortools::text

@@ -58,6 +58,17 @@ CXStringMatch::Nested::~Nested()
         --s_nested_count;
 }
 
+CXStringMatch::Scratch::Scratch() = default;
+CXStringMatch::Scratch::Scratch(Scratch const &) noexcept { }
+CXStringMatch::Scratch::~Scratch() = default;
+
+Candidates &CXStringMatch::Scratch::get(int index)
+{
+    if (!m_candidates)
+        m_candidates = std::make_unique<Candidates[]>(2);
+    return m_candidates[static_cast<std::size_t>(index)];
+}
+
 CXStringMatch::CXStringMatch()
 {
     std::call_once(s_special_characters, [] {
@@ -132,13 +143,12 @@ bool CXStringMatch::MatchWord(CXTString<wchar_t> const &word, Texts const &texts
 
 bool CXStringMatch::InternalMatch(Texts const &texts, Mode /*mode*/)
 {
-    Candidates own(CandidateCase::Keep);
-    Candidates lowered(CandidateCase::Lower);
-    for (CXTString<wchar_t> const &text : texts) {
-        own.add_word(text.GetView());
-        if (has_nested())
-            lowered.add_text(text.GetView());
-    }
+    Candidates &own = m_scratch.get(0);
+    own.set_words({ texts.begin(), texts.end() });
+    if (!has_nested())
+        return match_items(own, own);
+    Candidates &lowered = m_scratch.get(1);
+    lowered.set_texts({ texts.begin(), texts.end() }, CandidateCase::Lower);
     return match_items(own, lowered);
 }
 
@@ -152,14 +162,12 @@ bool CXStringMatch::match_texts(std::span<CXTString<wchar_t> const> texts)
 {
     if (!m_isValid || m_items.empty())
         return m_isValid;
-    Candidates own(m_caseSensitive ? CandidateCase::Keep : CandidateCase::Lower);
-    for (CXTString<wchar_t> const &text : texts)
-        own.add_text(text.GetView());
+    Candidates &own = m_scratch.get(0);
+    own.set_texts(texts, m_caseSensitive ? CandidateCase::Keep : CandidateCase::Lower);
     if (!m_caseSensitive || !has_nested())
         return match_items(own, own);
-    Candidates lowered(CandidateCase::Lower);
-    for (CXTString<wchar_t> const &text : texts)
-        lowered.add_text(text.GetView());
+    Candidates &lowered = m_scratch.get(1);
+    lowered.set_texts(texts, CandidateCase::Lower);
     return match_items(own, lowered);
 }
 

@@ -27,8 +27,8 @@
 // - A text of blanks has no word that '*' could match.
 //
 // Used by one thread at a time. Preparing takes time and memory proportional to the expression,
-// times its nesting; matching allocates only for long texts, and takes time proportional to the
-// text times the number of the expression's items and stars.
+// times its nesting; matching takes time proportional to the text times the number of the
+// expression's items and stars. A matcher keeps the memory that a match needs for the next one.
 #pragma once
 
 #include "kortools/core/array.h"
@@ -150,6 +150,20 @@ private:
         Nested nested;              // of a group
     };
 
+    // What one match needs, for the next one. Copies begin without it.
+    class Scratch {
+    public:
+        Scratch();
+        Scratch(Scratch const &) noexcept;
+        Scratch &operator=(Scratch const &) noexcept { return *this; }
+        ~Scratch();
+
+        kortools::text::Candidates &get(int index); // 0 or 1
+
+    private:
+        std::unique_ptr<kortools::text::Candidates[]> m_candidates; // null at first
+    };
+
     static bool is_special_at(CXTString<wchar_t> const &text, int index);
     static bool escape_quoted(CXTString<wchar_t> const &text, CXTString<wchar_t> &escaped);
     static CXTString<wchar_t> remove_escapes(CXTString<wchar_t> const &word);
@@ -163,6 +177,7 @@ private:
         kortools::text::Candidates const &own, kortools::text::Candidates const &lowered);
 
     std::vector<OwnItem> m_items;
+    Scratch m_scratch;
     Mode m_mode = mode_expression;
     bool m_caseSensitive = false;
     bool m_hasQuote = false; // whole texts are candidates, too
