@@ -3,11 +3,14 @@
 // names. Where Qt has no function of that name, the row holds the few calls that a user would
 // write.
 #include "kortools/archive/archive.h"
+#include "kortools/data/time_text.h"
 #include "kortools/text/clean_text.h"
 #include "kortools/text/labels.h"
 #include "kortools/text/resource_strings.h"
 #include "kortools/text/string_arrays.h"
 
+#include <QDateTime>
+#include <QKeySequence>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QSet>
@@ -77,6 +80,35 @@ void add_texts()
     QRegularExpression const tag("<[^>]*>");
     add("text/remove_markup/KorTools", [=] { return CleanEnhancedText(marked).GetLength() == 40; });
     add("text/remove_markup/Qt", [=] { return QString(qt_marked).remove(tag).size() == 40; });
+}
+
+// The same text in upper and lower case, with the word that is looked for at its end.
+void add_searches()
+{
+    std::wstring capitals;
+    for (int i = 0; i < 10; ++i)
+        capitals += L"ROUND TABL ";
+    capitals += L"Table";
+    String const text = capitals;
+    String const lowered = LowerCaseString(text);
+    QString const qt_text = QString::fromStdWString(capitals);
+    QString const qt_lowered = qt_text.toLower();
+    add("text/lower_case/KorTools", [=] { return LowerCaseString(text) == lowered; });
+    add("text/lower_case/Qt", [=] { return qt_text.toLower() == qt_lowered; });
+    add("text/compare_no_case/KorTools", [=] { return StringCompare(text, lowered, true) == 0; });
+    add("text/compare_no_case/Qt",
+        [=] { return qt_text.compare(qt_lowered, Qt::CaseInsensitive) == 0; });
+    add("text/find/KorTools", [=] { return StringFind(text, L"Table") == 110; });
+    add("text/find/Qt", [=] { return qt_text.indexOf(QString("Table")) == 110; });
+    add("text/find_no_case/KorTools", [=] { return StringFindNoCase(text, L"table") == 110; });
+    add("text/find_no_case/Qt",
+        [=] { return qt_text.indexOf(QString("table"), 0, Qt::CaseInsensitive) == 110; });
+    add("text/remove_no_case/KorTools", [=] {
+        String copy = text;
+        return StringRemoveNoCase(copy, L"round") == 10;
+    });
+    add("text/remove_no_case/Qt",
+        [=] { return QString(qt_text).remove("round", Qt::CaseInsensitive).size() == 65; });
 }
 
 std::wstring make_name(unsigned i)
@@ -150,6 +182,25 @@ void add_labels()
     add("label/file_size/Qt", [=] {
         return locale.formattedDataSize(7654321, 2, QLocale::DataSizeTraditionalFormat).size() == 7;
     });
+    add("label/format/KorTools",
+        [] { return FormatString(L"%s: %d of %d", L"mesh", 7, 12).GetLength() == 13; });
+    add("label/format/Qt",
+        [] { return QString::asprintf("%s: %d of %d", "mesh", 7, 12).size() == 13; });
+    add("label/key/KorTools",
+        [] { return Key2String(0x74, keyControl | keyShift).GetLength() == 13; });
+    add("label/key/Qt", [] {
+        QKeySequence const keys(Qt::CTRL | Qt::SHIFT | Qt::Key_F5);
+        return keys.toString(QKeySequence::NativeText).size() == 13;
+    });
+    // In the user's locale, which differs between the two in its blanks only.
+    CXTime const time(1700000000);
+    QDateTime const qt_time = QDateTime::fromSecsSinceEpoch(1700000000);
+    QLocale const user = QLocale::system();
+    add("label/date/KorTools", [=] { return GetFileDateString(time).GetLength() > 10; });
+    add("label/date/Qt", [=] {
+        QString const date = user.toString(qt_time.date(), QLocale::ShortFormat);
+        return (date + ' ' + user.toString(qt_time.time(), "HH:mm")).size() > 10;
+    });
 }
 
 } // namespace
@@ -157,6 +208,7 @@ void add_labels()
 int main(int argc, char **argv)
 {
     add_texts();
+    add_searches();
     add_arrays(100);
     add_arrays(10000);
     add_labels();
