@@ -4,12 +4,14 @@
 #include "kortools/archive/archive.h"
 #include "kortools/archive/exception.h"
 #include "kortools/core/char_array.h"
+#include "kortools/core/text_conversion.h"
 #include "kortools/core/utf16.h"
 #include "kortools/platform/code_pages.h"
 
 #include <algorithm>
 #include <string>
 
+using kortools::core::convert_long_text;
 using kortools::core::copy_from_utf16;
 using kortools::core::copy_to_utf16;
 using kortools::core::count_utf16_units;
@@ -93,28 +95,6 @@ private:
     CXTCharArray<T> &m_text;
     std::size_t m_length = 0;
 };
-
-bool wide_from_narrow(
-    CXTCharArray<wchar_t> &target, unsigned int page, char const *source, std::size_t size)
-{
-    auto const length = static_cast<long long>(size);
-    long long const count = kortools::platform::narrow_to_wide(page, source, length, nullptr, 0);
-    target.SetLength(std::max(count, 0LL));
-    if (count > 0)
-        kortools::platform::narrow_to_wide(page, source, length, target.GetData(), count);
-    return count >= 0;
-}
-
-bool narrow_from_wide(
-    CXTCharArray<char> &target, unsigned int page, wchar_t const *source, std::size_t size)
-{
-    auto const length = static_cast<long long>(size);
-    long long const count = kortools::platform::wide_to_narrow(page, source, length, nullptr, 0);
-    target.SetLength(std::max(count, 0LL));
-    if (count > 0)
-        kortools::platform::wide_to_narrow(page, source, length, target.GetData(), count);
-    return count >= 0;
-}
 
 } // namespace
 
@@ -213,7 +193,7 @@ void CXArchive::WriteString(char const *text, xStringEncoding encoding)
         return;
     }
     CXTCharArray<wchar_t> wide;
-    wide_from_narrow(wide, 0, text, length);
+    convert_long_text(0, std::string_view(text, length), wide, 0);
     WriteWide(wide.GetData(), static_cast<std::size_t>(wide.GetLength()));
 }
 
@@ -226,7 +206,7 @@ void CXArchive::WriteString(wchar_t const *text, xStringEncoding encoding)
         return;
     }
     CXTCharArray<char> narrow;
-    if (!narrow_from_wide(narrow, code_page_of(encoding), text, length))
+    if (!convert_long_text(code_page_of(encoding), std::wstring_view(text, length), narrow, 0))
         Throw(CXArchiveException::genericException);
     WriteNarrow(narrow.GetData(), static_cast<std::size_t>(narrow.GetLength()), encoding);
 }
@@ -290,7 +270,7 @@ CXArchive &CXArchive::operator>>(CXTString<char> &value)
     }
     CXTCharArray<wchar_t> wide;
     ReadWide(length, wide);
-    narrow_from_wide(text, 0, wide.GetData(), static_cast<std::size_t>(wide.GetLength()));
+    convert_long_text(0, wide.GetView(), text, 0);
     return *this;
 }
 
@@ -308,8 +288,7 @@ CXArchive &CXArchive::operator>>(CXTString<wchar_t> &value)
     } else {
         CXTCharArray<char> narrow;
         ReadNarrow(length, narrow);
-        wide_from_narrow(text, code_page_of(encoding), narrow.GetData(),
-            static_cast<std::size_t>(narrow.GetLength()));
+        convert_long_text(code_page_of(encoding), narrow.GetView(), text, 0);
     }
     return *this;
 }
