@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/tmp_name.h"
 
+#include "kortools/app/application_paths.h"
 #include "kortools/files/file_status.h"
 #include "kortools/files/numbered_names.h"
 #include "kortools/files/path_text.h"
 #include "kortools/platform/known_folders.h"
 #include "kortools/platform/shell_paths.h"
 
-#include <string>
+#include <string_view>
 
 using namespace kortools::files;
 
@@ -43,12 +44,11 @@ String get_directory(String const &dir)
 {
     if (!dir.IsEmpty())
         return dir;
-    std::wstring folder = platform::get_temp_folder();
-    if (folder.empty())
-        folder = platform::get_common_data_folder();
-    String result = folder;
-    fileSlashTerminate(result);
-    return result;
+    String folder = platform::get_temp_folder();
+    if (folder.IsEmpty())
+        return GetCommonApplicationDataPath();
+    fileSlashTerminate(folder);
+    return folder;
 }
 
 } // namespace
