@@ -3,6 +3,7 @@
 
 #include "kortools/files/guarded_call.h"
 #include "kortools/files/path_kind.h"
+#include "kortools/files/text_cut.h"
 #include "kortools/platform/directory_reader.h"
 #include "kortools/platform/file_changes.h"
 #include "kortools/platform/file_status.h"
@@ -94,14 +95,6 @@ std::wstring get_folder_name(std::wstring_view path)
     return name.empty() || name == L"." || name == L".." ? L"tmp" : name;
 }
 
-void cut_name(std::wstring &name, std::size_t length)
-{
-    if (name.size() <= length)
-        return;
-    bool const splits_pair = name[length] >= 0xDC00 && name[length] <= 0xDFFF;
-    name.resize(splits_pair ? length - 1 : length);
-}
-
 std::wstring get_random_digits()
 {
     wchar_t digits[9];
@@ -110,11 +103,11 @@ std::wstring get_random_digits()
 }
 
 // The path of the new directory; empty when it cannot be made.
-std::wstring create_new_folder(std::wstring const &folder, std::wstring name)
+std::wstring create_new_folder(std::wstring const &folder, std::wstring_view name)
 {
-    cut_name(name, 60);
+    std::wstring const start(cut_text(name, 60));
     for (int attempt = 0; attempt < 100; ++attempt) {
-        std::wstring path = join_path(folder, name + L'-' + get_random_digits());
+        std::wstring path = join_path(folder, start + L'-' + get_random_digits());
         if (create_private_directory(path.c_str()))
             return path;
         if (get_last_os_error() != error_already_exists)
@@ -184,7 +177,7 @@ CXTString<wchar_t> fileCreateTmpFolder(CXTString<wchar_t> const &name, bool reus
         if (!create_private_directory(path.c_str()) && !is_directory(path))
             return {};
     } else {
-        path = create_new_folder(folder, std::move(path));
+        path = create_new_folder(folder, path);
     }
     return path.empty() ? CXTString<wchar_t>() : CXTString<wchar_t>(join_path(path, L"").c_str());
 }

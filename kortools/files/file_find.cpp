@@ -4,6 +4,7 @@
 #include "kortools/files/guarded_call.h"
 #include "kortools/files/name_pattern.h"
 #include "kortools/files/path_kind.h"
+#include "kortools/files/path_text.h"
 #include "kortools/platform/directory_reader.h"
 #include "kortools/platform/shell_paths.h"
 
@@ -14,11 +15,6 @@ using namespace kortools::files;
 using namespace kortools::platform;
 
 namespace {
-
-CXTString<wchar_t> to_string(std::wstring_view text)
-{
-    return CXTString<wchar_t>(text.data(), static_cast<int>(text.size()));
-}
 
 xFileFindInfo describe(std::wstring_view directory, std::wstring_view name, EntryFacts const &facts)
 {
