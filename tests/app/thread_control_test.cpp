@@ -2,6 +2,7 @@
 #include "kortools/app/custom_thread.h"
 #include "kortools/app/thread.h"
 #include "tests/app/kept_thread.h"
+#include "tests/support/semaphore.h"
 
 #include <algorithm>
 #include <atomic>
@@ -10,7 +11,6 @@
 #include <gtest/gtest.h>
 #include <mutex>
 #include <random>
-#include <semaphore>
 #include <thread>
 #include <vector>
 
@@ -145,7 +145,7 @@ TEST(ThreadControl, AThreadMayBeginSuspendedAndSuspendItself)
     }
     std::atomic<int> step { 0 };
     CXThread *self = nullptr;
-    std::binary_semaphore known { 0 };
+    Semaphore known;
     KeptThread const thread([&] {
         known.acquire();
         step = 1;
@@ -221,7 +221,7 @@ TEST(ThreadControl, WaitsForTheEndOfThreadLocalObjectsToo)
 
 TEST(ThreadControl, BeginsAgainOnlyWhenItHasEnded)
 {
-    std::counting_semaphore<> go { 0 };
+    Semaphore go;
     Work work = [&] {
         go.acquire();
         return true;
@@ -305,7 +305,7 @@ TEST(ThreadControl, TheStackIsAsLargeAsAskedFor)
 
 TEST(ThreadControl, TheHandleIsTheSystems)
 {
-    std::counting_semaphore<> go { 0 };
+    Semaphore go;
     Kept<CCustomThread> const thread([&] {
         go.acquire();
         CCustomThread::SetCurrentThreadName(L"");

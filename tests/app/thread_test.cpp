@@ -4,11 +4,11 @@
 #include "kortools/app/thread_registry.h"
 #include "kortools/archive/exception.h"
 #include "tests/app/kept_thread.h"
+#include "tests/support/semaphore.h"
 
 #include <algorithm>
 #include <atomic>
 #include <gtest/gtest.h>
-#include <semaphore>
 #include <string>
 #include <thread>
 #include <vector>
@@ -121,7 +121,7 @@ TEST(Thread, BeginsByClassAndReportsFailureByNull)
 
 TEST(Thread, IsAChildOfTheThreadThatBeganIt)
 {
-    std::binary_semaphore go { 0 };
+    Semaphore go;
     bool seen = false;
     {
         KeptThread const thread([&] {
