@@ -3,6 +3,7 @@
 
 #include "kortools/platform/file_system.h"
 
+#include <dlfcn.h>
 #include <unistd.h>
 
 namespace kortools::platform {
@@ -25,6 +26,20 @@ std::wstring get_program_path()
     if (path.ends_with(deleted) && access(path.c_str(), F_OK) != 0)
         path.resize(path.size() - deleted.size());
     return from_native_path(path);
+}
+
+void *get_library_module()
+{
+    static char const s_inside = 0;
+    Dl_info library {};
+    void *module = nullptr;
+    if (dladdr(&s_inside, &library) != 0 && library.dli_fname)
+        module = dlopen(library.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+    if (!module)
+        module = dlopen(nullptr, RTLD_LAZY);
+    if (module)
+        dlclose(module); // the library is held by whoever called this
+    return module;
 }
 
 } // namespace kortools::platform

@@ -19,4 +19,14 @@ std::wstring get_program_path()
     }
 }
 
+void *get_library_module()
+{
+    static char const s_inside = 0;
+    HMODULE module = nullptr;
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<wchar_t const *>(&s_inside), &module);
+    return module;
+}
+
 } // namespace kortools::platform
