@@ -69,10 +69,12 @@
 #include "kortools/app/application.h"
 #include "kortools/app/application_paths.h"
 #include "kortools/app/custom_thread.h"
+#include "kortools/app/exit_callbacks.h"
 #include "kortools/app/log.h"
 #include "kortools/app/log_info.h"
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"
+#include "kortools/app/start.h"
 #include "kortools/app/thread.h"
 #include "kortools/app/thread_registry.h"
 

@@ -69,6 +69,16 @@ CXTString<wchar_t> GetInternalProductName(bool withVersion)
     return name;
 }
 
+void EnablePreferencesSaving(bool enable)
+{
+    ApplicationState::get().m_saves_preferences = enable;
+}
+
+bool IsPreferencesSavingEnabled()
+{
+    return ApplicationState::get().m_saves_preferences;
+}
+
 namespace kortools::app {
 
 ApplicationState &ApplicationState::get()
@@ -94,6 +104,7 @@ void ApplicationState::reset()
     m_product_version = 0;
     m_user_preferences.Empty();
     m_common_preferences.Empty();
+    m_saves_preferences = true;
     forget_paths();
 }
 

@@ -31,3 +31,9 @@ KORTOOLS_API void SetInternalProductName(
 
 // With `withVersion`, "Name 16"; without a version (0) just the name.
 KORTOOLS_API CXTString<wchar_t> GetInternalProductName(bool withVersion = false);
+
+// Whether what the user has chosen is to be kept beyond this run: true until a host that should
+// leave no traces (a second instance, a run that only converts files) says otherwise. CWinApp
+// writes nothing to its profile meanwhile.
+KORTOOLS_API void EnablePreferencesSaving(bool enable);
+KORTOOLS_API bool IsPreferencesSavingEnabled();

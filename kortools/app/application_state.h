@@ -5,6 +5,8 @@
 #include "kortools/core/critical_section.h"
 #include "kortools/core/xstring.h"
 
+#include <atomic>
+
 namespace kortools::app {
 
 struct ApplicationState {
@@ -26,6 +28,8 @@ struct ApplicationState {
     // Set by the host, with a separator at the end; empty: follow from the data paths.
     String m_user_preferences;
     String m_common_preferences;
+
+    std::atomic<bool> m_saves_preferences { true }; // needs no lock
 };
 
 } // namespace kortools::app

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+// Real faults, each twice: a signal that stays held back after the first one would end the test.
+#include "kortools/app/start.h"
+#include "kortools/archive/exception.h"
+
+#include <array>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <thread>
+
+// The sanitizers would find the faults first.
+#define KOR_UNCHECKED __attribute__((no_sanitize("undefined", "address", "thread")))
+
+namespace {
+
+int *volatile s_null = nullptr;
+void (*volatile s_null_function)() = nullptr;
+int volatile s_zero = 0;
+
+[[gnu::noinline]] KOR_UNCHECKED void execute_nothing_known()
+{
+    asm volatile("ud2");
+}
+
+// An object to unwind, and a call, around the fault.
+[[gnu::noinline]] KOR_UNCHECKED void call_null(bool &destroyed)
+{
+    struct Guard {
+        bool &destroyed;
+        ~Guard() { destroyed = true; }
+    } const guard { destroyed };
+    s_null_function();
+}
+
+// Whether `exception` has this message and is the thread's pending one; deletes it.
+bool is_fault(CXException *exception, wchar_t const *name)
+{
+    bool const expected
+        = exception->GetErrorMessage() == name && XGetThreadException() == exception;
+    exception->Delete();
+    return expected && !XGetThreadException();
+}
+
+// Each statement alone in its try block.
+KOR_UNCHECKED void expect_faults()
+{
+    for (int round = 0; round < 2; ++round) {
+        int caught = 0;
+        try {
+            *s_null = 1;
+        } catch (CXException *exception) {
+            caught += is_fault(exception, L"SIGSEGV");
+        }
+        try {
+            s_zero = 1 / s_zero;
+        } catch (CXException *exception) {
+            caught += is_fault(exception, L"SIGFPE");
+        }
+        try {
+            execute_nothing_known();
+        } catch (CXException *exception) {
+            caught += is_fault(exception, L"SIGILL");
+        }
+        bool destroyed = false;
+        try {
+            call_null(destroyed);
+        } catch (CXException *exception) {
+            caught += is_fault(exception, L"SIGSEGV");
+        }
+        EXPECT_EQ(caught, 4) << "round " << round;
+        EXPECT_TRUE(destroyed);
+    }
+}
+
+TEST(FaultSignals, BecomeExceptionsOfTheFaultingStatementOnEveryThread)
+{
+    InitKorTools(korFaultSignals);
+    expect_faults();
+    std::thread(expect_faults).join();
+    expect_faults();
+    CloseKorTools(korFaultSignals);
+}
+
+#ifdef _WIN32
+
+// Of the C runtime library; there it calls the handler itself.
+TEST(FaultSignals, RaisedByTheProgramAreThrownByTheCall)
+{
+    InitKorTools(korFaultSignals);
+    for (int round = 0; round < 2; ++round) {
+        bool caught = false;
+        try {
+            std::raise(SIGFPE);
+        } catch (CXException *exception) {
+            caught = is_fault(exception, L"SIGFPE");
+        }
+        EXPECT_TRUE(caught);
+    }
+    CloseKorTools(korFaultSignals);
+}
+
+using Handlers = std::array<void (*)(int), 3>;
+
+Handlers get_handlers()
+{
+    Handlers handlers {};
+    int const signals[] = { SIGSEGV, SIGFPE, SIGILL };
+    for (int i = 0; i < 3; ++i) {
+        handlers[i] = std::signal(signals[i], SIG_DFL);
+        std::signal(signals[i], handlers[i]);
+    }
+    return handlers;
+}
+
+void set_own_handlers()
+{
+    std::signal(SIGFPE, [](int) {});
+    std::signal(SIGILL, SIG_IGN);
+}
+
+#else
+
+struct Handler {
+    void *function;
+    int flags;
+    bool masks_usr1;
+    bool operator==(Handler const &) const = default;
+};
+using Handlers = std::array<Handler, 3>;
+
+Handlers get_handlers()
+{
+    Handlers handlers {};
+    int const signals[] = { SIGSEGV, SIGFPE, SIGILL };
+    for (std::size_t i = 0; i < 3; ++i) {
+        struct sigaction action { };
+        sigaction(signals[i], nullptr, &action);
+        handlers[i] = { reinterpret_cast<void *>(action.sa_handler), action.sa_flags,
+            sigismember(&action.sa_mask, SIGUSR1) == 1 };
+    }
+    return handlers;
+}
+
+void set_own_handlers()
+{
+    struct sigaction action { };
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART | SA_NODEFER;
+    sigaddset(&action.sa_mask, SIGUSR1);
+    sigaction(SIGFPE, &action, nullptr);
+    std::signal(SIGILL, SIG_IGN);
+}
+
+#endif
+
+TEST(FaultSignals, AreLeftAloneWithoutTheFlagAndGivenBackAsTheyWere)
+{
+    Handlers const first = get_handlers();
+    set_own_handlers();
+    Handlers const own = get_handlers();
+    EXPECT_NE(own, first);
+    InitKorTools(korFileTypes);
+    EXPECT_EQ(get_handlers(), own);
+    CloseKorTools(korFaultSignals | korFileTypes); // were never taken
+    EXPECT_EQ(get_handlers(), own);
+
+    InitKorTools(korFaultSignals);
+    EXPECT_NE(get_handlers(), own);
+    CloseKorTools(); // without the flag they stay
+    EXPECT_NE(get_handlers(), own);
+    InitKorTools(korFaultSignals); // nothing is lost by taking them twice
+    CloseKorTools(korFaultSignals);
+    EXPECT_EQ(get_handlers(), own);
+    for (int const number : { SIGFPE, SIGILL })
+        std::signal(number, SIG_DFL);
+}
+
+} // namespace
