@@ -3,6 +3,8 @@
 // KORTOOLS_BUILDING is defined while the library itself is compiled, KORTOOLS_STATIC where its
 // object files are linked directly (white-box tests, fuzz targets).
 //
+// KORTOOLS_PLUGIN_API marks the entry points of a plug-in.
+//
 // KOR_EXTERN_TEMPLATE(CXTString<char>); after the definition of an exported class template (which
 // carries KORTOOLS_API) tells that the library has this instantiation.
 //

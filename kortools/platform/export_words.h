@@ -12,6 +12,13 @@
 #define KORTOOLS_API __declspec(dllimport)
 #endif
 
+// The same for plug-ins, which export their entry points and import nothing.
+#if defined(_WIN32)
+#define KORTOOLS_PLUGIN_API __declspec(dllexport)
+#else
+#define KORTOOLS_PLUGIN_API __attribute__((visibility("default")))
+#endif
+
 // A DLL does not export inline members, so there the users of a header make their own.
 #if defined(_WIN32)
 #define KOR_EXTERN_TEMPLATE(...) static_assert(true)
