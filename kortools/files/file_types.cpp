@@ -96,7 +96,7 @@ public:
 
     std::vector<CFileExt> const &all() const { return m_types; }
     void add(CFileExt const &type);
-    void remove(unsigned int file_class, unsigned int loader);
+    template <class IsMeant> void remove(IsMeant is_meant);
 
     // Null when there is none; else valid until the types change.
     CFileExt const *find(String const &extension, std::size_t number = 0) const;
@@ -134,12 +134,9 @@ void FileTypes::index(std::size_t position)
     });
 }
 
-void FileTypes::remove(unsigned int file_class, unsigned int loader)
+template <class IsMeant> void FileTypes::remove(IsMeant is_meant)
 {
-    std::size_t const removed = std::erase_if(m_types, [&](CFileExt const &type) {
-        return type.m_class == file_class && (loader == 0 || type.m_loader == loader);
-    });
-    if (removed == 0)
+    if (std::erase_if(m_types, is_meant) == 0)
         return;
     m_by_name = {};
     for (std::size_t position = 0; position < m_types.size(); ++position)
@@ -228,7 +225,9 @@ void fileRegisterFile(CFileExt &type)
 
 void fileUnregisterFile(unsigned int fileClass, unsigned int loader)
 {
-    LockedTypes()->remove(fileClass, loader);
+    LockedTypes()->remove([&](CFileExt const &type) {
+        return type.m_class == fileClass && (loader == 0 || type.m_loader == loader);
+    });
 }
 
 CFileExt *fileGetRegisteredFiles(unsigned int &count, unsigned int filter)
@@ -375,6 +374,35 @@ void destroy_file_types()
     Registry &registry = Registry::get();
     CXSingleLock const lock(&registry.m_lock, true);
     registry.m_types.reset();
+}
+
+bool add_file_type(CFileExt const &type)
+{
+    Registry &registry = Registry::get();
+    CXSingleLock const lock(&registry.m_lock, true);
+    if (registry.m_types)
+        registry.m_types->add(type);
+    return registry.m_types != nullptr;
+}
+
+void remove_file_types(IoPluginCallback callback)
+{
+    Registry &registry = Registry::get();
+    CXSingleLock const lock(&registry.m_lock, true);
+    if (registry.m_types)
+        registry.m_types->remove([&](CFileExt const &type) { return type.m_callback == callback; });
+}
+
+std::vector<CFileExt> find_file_types(CXTString<wchar_t> const &name)
+{
+    std::vector<CFileExt> result;
+    if (name.IsEmpty())
+        return result;
+    String const extension = lowered(view_of(fileGetExtension(name)));
+    LockedTypes const types;
+    for (std::size_t i = 0; CFileExt const *const type = types->find(extension, i); ++i)
+        result.push_back(*type);
+    return result;
 }
 
 } // namespace kortools::files
