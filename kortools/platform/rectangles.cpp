@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/platform/rectangles.h"
+
+#include "kortools/platform/wrap.h"
+
+#include <algorithm>
+
+namespace kortools::platform::portable {
+
+bool is_empty(Rectangle const &rect)
+{
+    return rect.left >= rect.right || rect.top >= rect.bottom;
+}
+
+bool is_equal(Rectangle const &a, Rectangle const &b)
+{
+    return a == b;
+}
+
+bool contains(Rectangle const &rect, int x, int y)
+{
+    return x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
+}
+
+void inflate(Rectangle &rect, int dx, int dy)
+{
+    rect = { wrap_subtract(rect.left, dx), wrap_subtract(rect.top, dy), wrap_add(rect.right, dx),
+        wrap_add(rect.bottom, dy) };
+}
+
+void offset(Rectangle &rect, int dx, int dy)
+{
+    rect = { wrap_add(rect.left, dx), wrap_add(rect.top, dy), wrap_add(rect.right, dx),
+        wrap_add(rect.bottom, dy) };
+}
+
+bool intersect(Rectangle &result, Rectangle const &a, Rectangle const &b)
+{
+    Rectangle const common { std::max(a.left, b.left), std::max(a.top, b.top),
+        std::min(a.right, b.right), std::min(a.bottom, b.bottom) };
+    bool const has_area
+        = !portable::is_empty(a) && !portable::is_empty(b) && !portable::is_empty(common);
+    result = has_area ? common : Rectangle {};
+    return has_area;
+}
+
+bool unite(Rectangle &result, Rectangle const &a, Rectangle const &b)
+{
+    bool const has_a = !portable::is_empty(a);
+    bool const has_b = !portable::is_empty(b);
+    if (has_a && has_b)
+        result = { std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom) };
+    else
+        result = has_a ? a : has_b ? b : Rectangle {};
+    return has_a || has_b;
+}
+
+bool subtract(Rectangle &result, Rectangle const &a, Rectangle const &b)
+{
+    Rectangle left = portable::is_empty(a) ? Rectangle {} : a;
+    Rectangle cut;
+    if (portable::intersect(cut, a, b)) {
+        bool const is_full_height = cut.top == a.top && cut.bottom == a.bottom;
+        bool const is_full_width = cut.left == a.left && cut.right == a.right;
+        if (is_full_height && is_full_width)
+            left = {};
+        else if (is_full_height && cut.left == a.left)
+            left.left = cut.right;
+        else if (is_full_height && cut.right == a.right)
+            left.right = cut.left;
+        else if (is_full_width && cut.top == a.top)
+            left.top = cut.bottom;
+        else if (is_full_width && cut.bottom == a.bottom)
+            left.bottom = cut.top;
+    }
+    result = left;
+    return !portable::is_empty(left);
+}
+
+} // namespace kortools::platform::portable
