@@ -80,6 +80,13 @@
 #include "kortools/app/thread.h"
 #include "kortools/app/thread_registry.h"
 
+#include "kortools/graphics/float_geometry.h"
+#include "kortools/graphics/float_rect.h"
+#include "kortools/graphics/native_records.h"
+#include "kortools/graphics/point.h"
+#include "kortools/graphics/rect.h"
+#include "kortools/graphics/rounding.h"
+
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.
 #include "kortools/platform/code_pages.h"
