@@ -80,12 +80,17 @@
 #include "kortools/app/thread.h"
 #include "kortools/app/thread_registry.h"
 
+#include "kortools/graphics/color_buffers.h"
+#include "kortools/graphics/color_model.h"
 #include "kortools/graphics/float_geometry.h"
 #include "kortools/graphics/float_rect.h"
+#include "kortools/graphics/named_colors.h"
 #include "kortools/graphics/native_records.h"
 #include "kortools/graphics/point.h"
 #include "kortools/graphics/rect.h"
+#include "kortools/graphics/rgb_color.h"
 #include "kortools/graphics/rounding.h"
+#include "kortools/graphics/wide_color.h"
 
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.

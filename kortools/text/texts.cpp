@@ -31,7 +31,9 @@ constexpr Text texts[] = {
     { 5316, L"* - zero or more of any character",
             L"* - zéro, un ou plusieurs caractères quelconques" },
 
-    // Units and answers
+    // Colours, units and answers
+    { 5340, L"%d %d %d (RGB)", L"%d %d %d (RVB)" },
+    { 5341, L"%d %d %d %d (RGBA)", L"%d %d %d %d (RVBA)" },
     { 5358, L"Centimeters|cm", L"Centimètres|cm" },
     { 5361, L"Foot|ft", L"Pied|ft" },
     { 5362, L"Inches|in", L"Pouces|in" },
