@@ -92,6 +92,8 @@
 #include "kortools/graphics/rounding.h"
 #include "kortools/graphics/wide_color.h"
 
+#include "kortools/ui/window.h"
+
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.
 #include "kortools/platform/code_pages.h"

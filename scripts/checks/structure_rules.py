@@ -12,9 +12,9 @@ BELOW = {
     "text tables": {"platform", "core"},
     "archive": {"platform", "core", "text tables"},
 }
-for area in ("data", "files", "app", "graphics", "text"):
+for area in ("data", "files", "app", "graphics", "text", "window services"):
     BELOW[area] = {"platform", "core", "text tables", "archive", "data", "files", "app", "graphics",
-                   "text"}
+                   "text", "window services"}
 BELOW["ui"] = set(BELOW)
 
 STANDARD_HEADERS = set("""
@@ -48,7 +48,10 @@ NOT_PUBLIC = {}  # header: reason
 
 
 def area_of(path):
-    """The folder; the tables of texts lie below the functions beside them."""
+    """The folder; the tables of texts lie below the functions beside them, and so does what the
+    library asks of windows, which the back ends of ui implement."""
+    if path.parts[1] == "ui" and path.name == "window.h":
+        return "window services"
     if path.parts[1] == "text" and path.stem in ("string_table", "texts"):
         return "text tables"
     return path.parts[1]
