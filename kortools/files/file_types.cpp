@@ -127,10 +127,11 @@ void FileTypes::index(std::size_t position)
 {
     for_each_extension(m_types[position].m_extensions, [&](std::wstring_view extension) {
         String const key = lowered(extension);
-        if (Positions *const known = m_by_name.Find(key))
-            known->push_back(position);
-        else
+        Positions *const known = m_by_name.Find(key);
+        if (!known)
             m_by_name.Insert(key, Positions(1, position));
+        else if (known->back() != position) // ".tif|.TIF" is one extension
+            known->push_back(position);
     });
 }
 

@@ -203,7 +203,7 @@ TEST_F(FileTypes, AnswersAgreeWithASearchWhileTypesComeAndGo)
 
 TEST_F(FileTypes, OthersAnswerWhenTheFirstIsRemoved)
 {
-    CFileExt type = make_type(L".WMV", 9);
+    CFileExt type = make_type(L".WMV|.wmv", 9); // which is one extension
     fileRegisterFile(type);
     EXPECT_EQ(fileFindParser(L"a.wmv", 0), fileMakeCode("MPG4"));
     EXPECT_EQ(fileFindParser(L"a.wmv", 1), fileMakeCode("WMV "));
