@@ -23,10 +23,10 @@ namespace kortools::platform {
 
 struct NativeThread::State {
     std::mutex mutex; // held by whoever sends something to the thread, and at its end
-    std::condition_variable ended;
+    std::condition_variable changed;        // one of the three that follow
+    bool announced = false;                 // under the lock
     std::atomic<bool> finished { false };   // changes under the lock
-    std::atomic<int> announced { 0 };       // not a bool, which cannot be waited for directly
-    std::atomic<bool> terminated { false }; // stands at its closed gate for good
+    std::atomic<bool> terminated { false }; // changes under the lock; stands at its closed gate
     std::atomic<int> suspend_count { 0 };   // changes under the lock
     std::atomic<ThreadPriority> priority { ThreadPriority::Normal };
     std::atomic<unsigned long long> id { 0 };
@@ -58,7 +58,7 @@ void report_end(State &state)
     posix::StopGate::attach_current(nullptr);
     s_state = nullptr;
     state.finished = true;
-    state.ended.notify_all();
+    state.changed.notify_all();
 }
 
 // The first thread-local object of its thread and therefore the last one to be destroyed; also when
@@ -82,8 +82,9 @@ void announce(State &state)
     bool const changed = posix::change_urgency(state.id, state.inherited, start.priority);
     state.priority = changed ? start.priority : state.inherited;
     start.announce(start.argument, state.id);
-    state.announced.store(1);
-    state.announced.notify_all();
+    std::lock_guard const lock(state.mutex);
+    state.announced = true;
+    state.changed.notify_all();
 }
 
 void *run_thread(void *argument)
@@ -148,7 +149,8 @@ bool NativeThread::start(ThreadStart const &start)
         state->finished = true;
         return false;
     }
-    state->announced.wait(0);
+    std::unique_lock lock(state->mutex);
+    state->changed.wait(lock, [&] { return state->announced || state->terminated; });
     return true;
 }
 
@@ -188,10 +190,10 @@ bool NativeThread::wait(unsigned int timeout_ms) const
     auto const is_over = [&state] { return state.finished.load(); };
     std::unique_lock lock(state.mutex);
     if (timeout_ms == 0xFFFFFFFF) {
-        state.ended.wait(lock, is_over);
+        state.changed.wait(lock, is_over);
         return true;
     }
-    return state.ended.wait_for(lock, std::chrono::milliseconds(timeout_ms), is_over);
+    return state.changed.wait_for(lock, std::chrono::milliseconds(timeout_ms), is_over);
 }
 
 bool NativeThread::suspend()
@@ -264,7 +266,7 @@ bool NativeThread::terminate()
     }
     state.terminated = true;
     state.finished = true;
-    state.ended.notify_all();
+    state.changed.notify_all();
     return true;
 }
 
