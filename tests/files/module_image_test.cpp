@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/files/module_image.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+using namespace kortools::files;
+
+namespace {
+
+ModuleImage read(std::string_view bytes)
+{
+    return read_module_image(MemoryImageSource(bytes));
+}
+
+// Built from the same source, which has a function of each kind.
+constexpr char const *samples[] = { "elf_gnu", "elf_sysv", "elf_both", "pe" };
+
+std::string load_sample(std::string const &name)
+{
+    std::ifstream file(KOR_SAMPLES "/" + name, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+// The position of the 8 bytes that begin an entry of the dynamic segment.
+std::size_t find_tag(std::string const &bytes, std::uint64_t tag)
+{
+    std::string const wanted(reinterpret_cast<char const *>(&tag), sizeof tag);
+    std::size_t at = bytes.find(wanted);
+    while (at != std::string::npos && at % 8 != 0)
+        at = bytes.find(wanted, at + 1);
+    return at;
+}
+
+constexpr std::uint64_t gnu_hash_tag = 0x6FFFFEF5;
+constexpr std::uint64_t unknown_tag = 0x60000000;
+
+} // namespace
+
+TEST(ModuleImage, TellsWhatALibraryExportsAndNeeds)
+{
+    for (char const *const name : samples) {
+        SCOPED_TRACE(name);
+        ModuleImage const image = read(load_sample(name));
+        bool const is_elf = name[0] == 'e';
+        EXPECT_EQ(image.format, is_elf ? ImageFormat::Elf : ImageFormat::Pe);
+        EXPECT_EQ(describe_machine(image), is_elf ? "ELF, 64 bits, x86-64" : "PE, 64 bits, x86-64");
+        EXPECT_TRUE(image.is_library);
+        EXPECT_FALSE(image.is_damaged);
+        EXPECT_TRUE(image.exports("BrantisGetPluginVersion"));
+        EXPECT_TRUE(image.exports("InitTest"));
+        EXPECT_EQ(image.exports("weak_function"), is_elf);
+        for (char const *const absent : { "InitTes", "InitTest2", "needed_function", "some_data",
+                 "hidden_function", "local_function", "" })
+            EXPECT_FALSE(image.exports(absent)) << absent;
+        std::string const needed = is_elf ? "libneeded.so.1" : "needed.dll";
+        EXPECT_EQ(image.needed, std::vector<std::string> { needed });
+    }
+}
+
+TEST(ModuleImage, CountsSymbolsBySectionsWithoutAHashTable)
+{
+    std::string bytes = load_sample("elf_gnu");
+    std::size_t const at = find_tag(bytes, gnu_hash_tag);
+    ASSERT_NE(at, std::string::npos);
+    bytes.replace(at, 8, reinterpret_cast<char const *>(&unknown_tag), 8);
+    EXPECT_TRUE(read(bytes).exports("InitTest"));
+    bytes.replace(40, 8, 8, '\0'); // no section headers either: they would begin in the file's head
+    EXPECT_TRUE(read(bytes).is_damaged);
+}
+
+TEST(ModuleImage, TellsProgramsAndOtherMachinesFromTheHead)
+{
+    struct Row {
+        std::string bytes;
+        char const *machine;
+        bool is_library;
+    };
+    std::string const rest(9, '\0');
+    std::string const elf = "\x7F"
+                            "ELF";
+    std::string program = load_sample("elf_gnu");
+    program[16] = 2;
+    Row const rows[] = {
+        { elf + "\1\1\1" + rest + std::string("\3\0\3\0", 4), "ELF, 32 bits, x86", true },
+        { elf + "\2\2\1" + rest + std::string("\0\3\0\x16", 4), "ELF, 64 bits, S/390", true },
+        { elf + "\1\2\1" + rest + std::string("\0\2\x12\x34", 4), "ELF, 32 bits, machine 4660",
+            false },
+        { program, "ELF, 64 bits, x86-64", false },
+    };
+    for (Row const &row : rows) {
+        ModuleImage const image = read(row.bytes);
+        EXPECT_EQ(describe_machine(image), row.machine);
+        EXPECT_EQ(image.is_library, row.is_library);
+    }
+    for (std::string const &bytes : { std::string(), elf, elf + "\3\1\1" + rest + "\3\0\3\0",
+             std::string("MZ"), "MZ" + std::string(200, '\0'), std::string("#!/bin/sh\n") })
+        EXPECT_EQ(read(bytes).format, ImageFormat::None);
+}
+
+TEST(ModuleImage, IsDamagedOrWholeWhereverTheFileIsCut)
+{
+    for (char const *const name : samples) {
+        SCOPED_TRACE(name);
+        std::string const bytes = load_sample(name);
+        for (std::size_t size = 0; size < bytes.size(); ++size) {
+            ModuleImage const image = read(std::string_view(bytes).substr(0, size));
+            if (image.format != ImageFormat::None && !image.is_damaged) {
+                EXPECT_TRUE(image.exports("InitTest")) << size;
+                EXPECT_EQ(image.needed.size(), 1U) << size;
+            }
+        }
+    }
+}
+
+// Counts and positions of every size, each at every place.
+TEST(ModuleImage, SurvivesAnyDamage)
+{
+    for (char const *const name : samples) {
+        std::string bytes = load_sample(name);
+        for (std::size_t at = 0; at + 4 <= bytes.size(); at += 2) {
+            std::string const before = bytes.substr(at, 4);
+            for (std::uint32_t const value : { 0U, 1U, 0x7FFFFFFFU, 0xFFFFFFFFU }) {
+                bytes.replace(at, 4, reinterpret_cast<char const *>(&value), 4);
+                ModuleImage const image = read(bytes);
+                EXPECT_LE(image.needed.size(), max_image_entries);
+                EXPECT_FALSE(image.exports("absent"));
+            }
+            bytes.replace(at, 4, before);
+        }
+    }
+}
