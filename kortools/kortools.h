@@ -64,6 +64,7 @@
 #include "kortools/files/path_parts.h"
 #include "kortools/files/path_separators.h"
 #include "kortools/files/plugin_files.h"
+#include "kortools/files/plugins.h"
 #include "kortools/files/relative_path.h"
 #include "kortools/files/tmp_name.h"
 #include "kortools/files/wildcards.h"

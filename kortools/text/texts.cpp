@@ -69,6 +69,27 @@ constexpr Text texts[] = {
     { 5530, L"%d %d %d (RGB)", L"%d %d %d (RVB)" },
     { 5531, L"%d %d %d %d (RGBA)", L"%d %d %d %d (RVBA)" },
 
+    // Why a plug-in was refused
+    { 5561, L"%1 was not found.", L"%1 est introuvable." },
+    { 5562, L"%1 is not a library.", L"%1 n'est pas une bibliothèque." },
+    { 5563, L"%1 is a library for another machine (%2).",
+            L"%1 est une bibliothèque pour une autre machine (%2)." },
+    { 5564, L"%1 is not a plug-in: it has no function %2.",
+            L"%1 n'est pas un module complémentaire : il n'a pas de fonction %2." },
+    { 5565, L"%1 is a plug-in of version %2, not %3.",
+            L"%1 est un module complémentaire de version %2, et non %3." },
+    { 5566, L"%1 has no function %2.", L"%1 n'a pas de fonction %2." },
+    { 5567, L"%1 needs the library %2, which was not found.",
+            L"%1 a besoin de la bibliothèque %2, qui est introuvable." },
+    { 5568, L"%1 crashed while it was examined: %2.",
+            L"%1 s'est arrêté brutalement pendant son examen : %2." },
+    { 5569, L"%1 did not answer within %2 milliseconds.",
+            L"%1 n'a pas répondu en %2 millisecondes." },
+    { 5570, L"%1 could not be loaded: %2.", L"%1 n'a pas pu être chargé : %2." },
+    { 5571, L"%1 could not be examined: the program %2 does not run.",
+            L"%1 n'a pas pu être examiné : le programme %2 ne s'exécute pas." },
+    { 5572, L"Plug-in refused: ", L"Module complémentaire refusé : " },
+
     // The name of a file that has none
     { 61446, L"an unnamed file", L"un fichier sans nom" },
 

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "tests/plugins/plugin.h"
+
+unsigned int BrantisGetPluginVersion()
+{
+    return 0x50000;
+}
