@@ -75,13 +75,19 @@ function(kor_test area name)
     set_tests_properties(${name} PROPERTIES LABELS ${area} TIMEOUT 300)
 endfunction()
 
-# kor_bench(<area> <name> [LIBRARIES <peers>...]) builds <name>_bench from bench/<area>.
+# kor_bench(<area> <name> [WHITEBOX] [LIBRARIES <peers>...]) builds <name>_bench from bench/<area>;
+# WHITEBOX as for tests.
 function(kor_bench area name)
-    cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "WHITEBOX" "" "LIBRARIES" ${ARGN})
     set(target ${name}_bench)
     add_executable(${target} ${area}/${name}_bench.cpp)
-    target_link_libraries(${target} PRIVATE KorTools benchmark::benchmark kor_options
-                          ${arg_LIBRARIES})
+    if(arg_WHITEBOX)
+        target_link_libraries(${target} PRIVATE KorToolsObjects)
+        target_compile_definitions(${target} PRIVATE KORTOOLS_STATIC)
+    else()
+        target_link_libraries(${target} PRIVATE KorTools)
+    endif()
+    target_link_libraries(${target} PRIVATE benchmark::benchmark kor_options ${arg_LIBRARIES})
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
 endfunction()
 
