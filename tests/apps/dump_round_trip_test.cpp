@@ -2,6 +2,7 @@
 // Every file of the repository, and every cut and many damaged forms of it, comes back from its
 // JSON byte for byte, in whatever format it is read.
 #include "tests/apps/dump_support.h"
+#include "tests/support/folders.h"
 
 #include <random>
 
@@ -47,7 +48,7 @@ void add_without_header(std::vector<Sample> &samples, std::filesystem::path cons
 std::vector<Sample> find_samples()
 {
     std::vector<Sample> samples;
-    std::filesystem::path const top(KOR_SOURCE_FOLDER);
+    std::filesystem::path const top(kor_test::source_folder());
     for (char const *const folder : { "samples", "tests/data", "fuzz/corpus" }) {
         for (auto const &entry : std::filesystem::recursive_directory_iterator(top / folder)) {
             if (!entry.is_regular_file() || entry.path().extension() == ".tsv")

@@ -7,6 +7,7 @@
 #include "tests/apps/dump_support.h"
 #include "tests/archive/archive_encoder.h"
 #include "tests/archive/archive_support.h"
+#include "tests/support/folders.h"
 #include "tests/support/temp_folder.h"
 
 using namespace kor_test;
@@ -30,7 +31,7 @@ kordump::Reading read(std::string_view bytes, kordump::Plan const &plan)
 
 std::string read_scene(int version)
 {
-    return read_bytes(KOR_TEST_DATA "/scene_" + std::to_string(version) + ".scene");
+    return read_bytes(kor_test::data_folder() + "/scene_" + std::to_string(version) + ".scene");
 }
 
 kordump::Plan archive_plan(std::string_view top, std::string_view layouts = "")

@@ -4,6 +4,7 @@
 #include "apps/scoutrix/importer.h"
 #include "kortools/archive/file.h"
 #include "kortools/archive/mem_file.h"
+#include "tests/support/folders.h"
 #include "tests/support/temp_folder.h"
 
 #include <cstring>
@@ -105,7 +106,7 @@ std::vector<unsigned char> store(CScene const &scene)
 // Scenes that earlier builds wrote.
 std::filesystem::path find_golden(char const *name)
 {
-    return std::filesystem::path(KOR_TEST_DATA) / name;
+    return std::filesystem::path(kor_test::data_folder()) / name;
 }
 
 std::unique_ptr<CScene> load_golden(char const *name)

@@ -4,6 +4,7 @@
 #include "tests/archive/archive_samples.h"
 
 #include "kortools/archive/mem_file.h"
+#include "tests/support/folders.h"
 #include "tests/support/format_example.h"
 
 #include <fstream>
@@ -25,7 +26,7 @@ TEST(ArchiveGolden, EarlierArchivesReadTheSameAndAreWrittenTheSame)
 {
     for (auto const &sample : kor_test::get_archive_samples()) {
         std::ifstream file(
-            std::string(KOR_TEST_DATA "/archive_") + sample.m_name + ".bin", std::ios::binary);
+            kor_test::data_folder() + "/archive_" + sample.m_name + ".bin", std::ios::binary);
         std::string const bytes((std::istreambuf_iterator<char>(file)), {});
         EXPECT_EQ(kor_test::check_sample(sample, bytes), "") << sample.m_name;
     }

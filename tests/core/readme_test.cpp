@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The README shows the program that is built beside this test.
 
+#include "tests/support/folders.h"
+
 #include <fstream>
 #include <gtest/gtest.h>
 
@@ -8,7 +10,7 @@ namespace {
 
 std::string read_source(char const *name)
 {
-    std::ifstream file(std::string(KOR_SOURCE_FOLDER "/") + name, std::ios::binary);
+    std::ifstream file(kor_test::source_folder() + "/" + name, std::ios::binary);
     return { std::istreambuf_iterator<char>(file), {} };
 }
 

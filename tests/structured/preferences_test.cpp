@@ -3,6 +3,7 @@
 #include "kortools/data/custom_data.h"
 #include "tests/structured/custom_data_support.h"
 #include "tests/structured/preferences_support.h"
+#include "tests/support/folders.h"
 #include "tests/support/format_example.h"
 
 #include <gtest/gtest.h>
@@ -78,7 +79,8 @@ TEST_F(Preferences, TheExampleOfTheDescriptionIsWhatIsWritten)
 TEST_F(Preferences, AnEarlierFileReadsTheSameAndIsWrittenTheSame)
 {
     std::string const golden
-        = read_file(std::filesystem::path(KOR_TEST_DATA "/preferences.bin").wstring()).value();
+        = read_file(std::filesystem::path(kor_test::data_folder() + "/preferences.bin").wstring())
+              .value();
     write_file(path, golden);
     CCustomData data, nested;
     int number;

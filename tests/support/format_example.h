@@ -2,6 +2,8 @@
 // The bytes of the example in the description of a file format, docs/<name>.
 #pragma once
 
+#include "tests/support/folders.h"
+
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
@@ -12,7 +14,7 @@ namespace kor_test {
 // what is no byte.
 inline std::string read_format_example(std::string const &name)
 {
-    std::ifstream file(KOR_TEST_DATA "/../../docs/" + name);
+    std::ifstream file(source_folder() + "/docs/" + name);
     std::string described;
     bool in_example = false;
     for (std::string line; std::getline(file, line);) {

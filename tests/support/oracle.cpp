@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/oracle.h"
 
+#include "tests/support/folders.h"
+
 #include <fstream>
 #include <stdexcept>
 
@@ -25,7 +27,7 @@ unsigned long parse_hex(std::string_view digits)
 
 std::vector<OracleRow> read_oracle(std::string const &name)
 {
-    std::ifstream file(std::string(KOR_TEST_DATA "/") + name, std::ios::binary);
+    std::ifstream file(data_folder() + "/" + name, std::ios::binary);
     if (!file)
         throw std::runtime_error("no recorded results in tests/data/" + name);
     std::vector<OracleRow> rows;
