@@ -65,10 +65,6 @@ constexpr Text texts[] = {
     // The time that an operation has taken, as CXDuration formats it
     { 5520, L"%M mn %S s elapsed", L"%M min %S s écoulées" },
 
-    // Colours
-    { 5530, L"%d %d %d (RGB)", L"%d %d %d (RVB)" },
-    { 5531, L"%d %d %d %d (RGBA)", L"%d %d %d %d (RVBA)" },
-
     // Why a plug-in was refused
     { 5561, L"%1 was not found.", L"%1 est introuvable." },
     { 5562, L"%1 is not a library.", L"%1 n'est pas une bibliothèque." },
