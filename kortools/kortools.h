@@ -80,6 +80,7 @@
 #include "kortools/app/start.h"
 #include "kortools/app/thread.h"
 #include "kortools/app/thread_registry.h"
+#include "kortools/app/win_app.h"
 
 #include "kortools/graphics/color_buffers.h"
 #include "kortools/graphics/color_model.h"

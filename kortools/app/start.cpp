@@ -10,6 +10,7 @@
 #include "kortools/files/file_type_registry.h"
 #include "kortools/platform/fault_signals.h"
 #include "kortools/platform/invalid_parameters.h"
+#include "kortools/platform/profile_store.h"
 #include "kortools/platform/program.h"
 
 #include <atomic>
@@ -67,6 +68,7 @@ void free_remaining_state()
 {
     app::forget_exit_callbacks();
     app::ApplicationState::get().reset();
+    platform::release_profile();
     kortools::archive::release_pending_exceptions();
 }
 

@@ -2,6 +2,7 @@
 #include "kortools/platform/known_folders.h"
 
 #include "kortools/platform/file_system.h"
+#include "kortools/platform/posix/user_folders.h"
 
 #include <cstdlib>
 #include <mutex>
@@ -69,6 +70,14 @@ std::wstring get_user_data_folder()
     else
         return {};
     return from_native_path(folder.size() > 1 ? without_end(folder) : folder);
+}
+
+std::string get_user_config_folder()
+{
+    if (char const *const config = std::getenv("XDG_CONFIG_HOME"); is_absolute(config))
+        return without_end(config);
+    std::string const home = get_home();
+    return home.empty() ? home : without_end(home) + "/.config";
 }
 
 std::wstring get_common_data_folder()

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/app/win_app.h"
+#include "tests/app/profile_support.h"
+#include "tests/support/child_process.h"
+
+#include <bit>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+std::wstring get_text(CWinApp const &app, wchar_t const *section, wchar_t const *entry)
+{
+    CXTString<wchar_t> const text = app.GetProfileString(section, entry, L"(default)");
+    return { text.GetConstBuffer(), static_cast<std::size_t>(text.GetLength()) };
+}
+
+TEST(Profile, TextsAndNamesOfAnyKindComeBackAsTheyWere)
+{
+    TestProfile const profile;
+    CWinApp app;
+    std::wstring const texts[] = { L"", L" ", L"\t outer blanks \t", L"one\r\ntwo\nthree\r",
+        L"\"quoted\"", L"\"", L"; no comment", L"# nor this", L"[x]", L"a=b", L"C:\\dir\\", L"%41%",
+        L"50% %u0041 %uD800", L"42", L"-1", L"hex:00ff", L"\x01\x1F\x7F\x80\x85\xA0",
+        L"\u2028\uFEFF", L"caf\u00E9 \U0001F600", std::wstring(1, wchar_t(0xD800)) + L"x",
+        std::wstring(1, wchar_t(0xDFFF)), std::wstring(100'000, L'\u00E9') };
+    std::wstring const names[] = { L"plain", L" outer ", L"a=b", L"[x]", L"]", L";c", L"#c", L"%3d",
+        L"\u00E9\U0001F600", L"x\ny", std::wstring(200, L'n') };
+    auto const name_of = [&](std::size_t i) { return L"t" + std::to_wstring(i); };
+    for (std::size_t i = 0; i < std::size(texts); ++i)
+        ASSERT_TRUE(app.WriteProfileString(L"settings", name_of(i).c_str(), texts[i].c_str()));
+    for (std::wstring const &name : names) {
+        ASSERT_TRUE(app.WriteProfileString(
+            (L"a\\" + name.substr(0, 190)).c_str(), name.c_str(), name.c_str()));
+    }
+    CWinApp const later;
+    for (std::size_t i = 0; i < std::size(texts); ++i)
+        EXPECT_TRUE(get_text(later, L"settings", name_of(i).c_str()) == texts[i]) << "text " << i;
+    for (std::wstring const &name : names) {
+        std::wstring const section = L"a\\" + name.substr(0, 190);
+        EXPECT_EQ(get_text(later, section.c_str(), name.c_str()), name);
+    }
+    EXPECT_EQ(get_text(later, L"SETTINGS", L"T9"), texts[9]);
+}
+
+TEST(Profile, NumbersAndBytesComeBackAndKindsAreNotMixed)
+{
+    TestProfile const profile;
+    CWinApp app;
+    for (int const number : { 0, -1, 0x7FFFFFFF, -0x7FFFFFFF - 1 }) {
+        EXPECT_TRUE(app.WriteProfileInt(L"settings", L"int", number));
+        EXPECT_EQ(app.GetProfileInt(L"settings", L"int", 5), number);
+    }
+    using Limits = std::numeric_limits<float>;
+    for (float const number :
+        { 0.0F, -0.0F, 0.1F, 1.0F / 3, Limits::max(), Limits::denorm_min(), -Limits::infinity() }) {
+        float found = 1;
+        EXPECT_TRUE(app.WriteProfileFloat(L"settings", L"float", number));
+        EXPECT_TRUE(app.GetProfileFloat(L"settings", L"float", found));
+        EXPECT_EQ(std::bit_cast<unsigned>(found), std::bit_cast<unsigned>(number));
+    }
+    unsigned long long longest = 0;
+    EXPECT_TRUE(app.WriteProfileLongUInt(L"settings", L"long", ~0ULL));
+    EXPECT_TRUE(app.GetProfileLongUInt(L"settings", L"long", longest));
+    EXPECT_EQ(longest, ~0ULL);
+    Bytes all(256);
+    for (std::size_t i = 0; i < all.size(); ++i)
+        all[i] = static_cast<unsigned char>(i);
+    for (Bytes const &bytes : { all, Bytes(), Bytes(5000, 0xFF) }) {
+        void *data = nullptr;
+        unsigned int size = 1;
+        EXPECT_TRUE(app.WriteProfileBinary(
+            L"settings", L"bytes", bytes.data(), static_cast<unsigned int>(bytes.size())));
+        ASSERT_TRUE(app.GetProfileBinary(L"settings", L"bytes", &data, &size));
+        std::unique_ptr<void, void (*)(void *)> const owner(data, CWinApp::Free);
+        auto const *const first = static_cast<unsigned char const *>(data);
+        EXPECT_EQ(Bytes(first, first + size), bytes);
+    }
+
+    EXPECT_EQ(get_text(app, L"settings", L"int"), L"(default)");
+    EXPECT_EQ(app.GetProfileInt(L"settings", L"long", 7), 7);
+    for (wchar_t const *const text : { L"", L"12x", L" 1", L"\u0131", L"18446744073709551616" }) {
+        float number = 1;
+        app.WriteProfileString(L"settings", L"text", text);
+        EXPECT_FALSE(app.GetProfileLongUInt(L"settings", L"text", longest, 8));
+        EXPECT_EQ(longest, 8U);
+        EXPECT_EQ(app.GetProfileFloat(L"settings", L"text", number, 9),
+            text[0] == L'1' && text[1] == L'8');
+    }
+    void *data = &app;
+    unsigned int size = 1;
+    EXPECT_FALSE(app.GetProfileBinary(L"settings", L"int", &data, &size));
+    EXPECT_EQ(data, nullptr);
+    EXPECT_EQ(size, 0U);
+}
+
+TEST(Profile, EntriesAndSectionsAreDeletedOnce)
+{
+    TestProfile const profile;
+    CWinApp app;
+    EXPECT_FALSE(app.DeleteProfileKey(L"settings"));
+    EXPECT_FALSE(app.DeleteProfileKey(L"settings", L"none"));
+    for (wchar_t const *const section : { L"settings", L"a", L"A\\b", L"a\\b\\c", L"ab" }) {
+        EXPECT_TRUE(app.WriteProfileInt(section, L"x", 1));
+        EXPECT_TRUE(app.WriteProfileInt(section, L"y", 2));
+    }
+    EXPECT_TRUE(app.DeleteProfileKey(L"settings", L"x"));
+    EXPECT_FALSE(app.DeleteProfileKey(L"settings", L"x"));
+    EXPECT_TRUE(app.WriteProfileString(L"a\\b\\c", L"x", nullptr));
+    EXPECT_EQ(app.GetProfileInt(L"settings", L"y"), 2);
+    EXPECT_TRUE(app.DeleteProfileKey(L"a"));
+    EXPECT_FALSE(app.DeleteProfileKey(L"a"));
+    EXPECT_EQ(app.GetProfileInt(L"a\\b\\c", L"y", 5), 5);
+    EXPECT_EQ(app.GetProfileInt(L"ab", L"y", 5), 2);
+    EXPECT_TRUE(app.DeleteProfileKey(L"ab"));
+
+    for (wchar_t const *const name : { L"", static_cast<wchar_t const *>(nullptr) }) {
+        EXPECT_FALSE(app.WriteProfileInt(name, L"x", 1));
+        EXPECT_FALSE(app.WriteProfileInt(L"settings", name, 1));
+        EXPECT_FALSE(app.WriteProfileString(L"settings", name, nullptr));
+        EXPECT_FALSE(app.DeleteProfileKey(name));
+        EXPECT_EQ(app.GetProfileInt(L"settings", name, 5), 5);
+    }
+    EXPECT_FALSE(app.DeleteProfileKey(L"settings", L""));
+    EXPECT_FALSE(app.WriteProfileInt(std::wstring(201, L'n').c_str(), L"x", 1));
+
+    EnablePreferencesSaving(false);
+    EXPECT_FALSE(app.WriteProfileInt(L"settings", L"y", 3));
+    EXPECT_FALSE(app.DeleteProfileKey(L"settings"));
+    EXPECT_EQ(app.GetProfileInt(L"settings", L"y"), 2);
+}
+
+constexpr int entries_per_process = 40;
+
+int write_entries(std::vector<std::string> const &arguments)
+{
+    CXTString<wchar_t> const product(arguments[0].c_str());
+    SetInternalProductName(product);
+    CWinApp app;
+    for (int i = 0; i < entries_per_process; ++i) {
+        CXTString<wchar_t> name;
+        name.Format(L"%hs-%d", arguments[1].c_str(), i);
+        if (!app.WriteProfileInt(L"settings", name, i))
+            return 1;
+    }
+    return 0;
+}
+
+kor_test::ChildPart const s_write_entries("write_entries", write_entries);
+
+TEST(Profile, SeveralProcessesLoseNothing)
+{
+    TestProfile profile;
+    std::string const product(profile.m_product.begin(), profile.m_product.end());
+    kor_test::ChildProcess first("write_entries", { product, "first" });
+    kor_test::ChildProcess second("write_entries", { product, "second" });
+    EXPECT_EQ(write_entries({ product, "third" }), 0);
+    EXPECT_EQ(first.wait(), 0);
+    EXPECT_EQ(second.wait(), 0);
+    SetInternalProductName(profile.m_product.c_str());
+    for (wchar_t const *const process : { L"first", L"second", L"third" }) {
+        for (int i = 0; i < entries_per_process; ++i) {
+            CXTString<wchar_t> name;
+            name.Format(L"%s-%d", process, i);
+            EXPECT_EQ(profile.m_app.GetProfileInt(L"settings", name, -1), i);
+        }
+    }
+}
+
+} // namespace
