@@ -3,6 +3,7 @@
 
 #include "kortools/app/application_paths.h"
 #include "kortools/app/application_state.h"
+#include "kortools/app/product_version.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/relative_path.h"
 #include "kortools/platform/current_directory.h"
@@ -67,6 +68,13 @@ CXTString<wchar_t> GetInternalProductName(bool withVersion)
         name += version;
     }
     return name;
+}
+
+int kortools::app::get_product_version()
+{
+    ApplicationState &state = ApplicationState::get();
+    CXSingleLock const lock(&state.m_lock, true);
+    return state.m_product_version;
 }
 
 void EnablePreferencesSaving(bool enable)

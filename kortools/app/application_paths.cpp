@@ -89,6 +89,20 @@ CXTString<wchar_t> GetUserApplicationDataPath(bool withoutVersion, wchar_t const
     return path;
 }
 
+CXTString<wchar_t> GetCommonTempPath(unsigned int number, bool create)
+{
+    String path = GetCommonApplicationDataPath();
+    if (path.IsEmpty())
+        return path;
+    if (number == 0)
+        path += L"temp\\";
+    else
+        path.AppendFormat(L"temp%u\\", number);
+    if (create)
+        make_directory(path);
+    return path;
+}
+
 CXTString<wchar_t> GetUserPreferencesPath(bool create)
 {
     String path = get_preferences_path(

@@ -23,6 +23,11 @@ KORTOOLS_API CXTString<wchar_t> GetCommonApplicationDataPath(
 KORTOOLS_API CXTString<wchar_t> GetUserApplicationDataPath(
     bool withoutVersion = false, wchar_t const *sub = nullptr);
 
+// For temporary files of all users' programs, in the directory of the common data: "temp\", or
+// "temp3\" for a number above 0, so that several parts of an application do not meet. With `create`
+// it is made when it is missing.
+KORTOOLS_API CXTString<wchar_t> GetCommonTempPath(unsigned int number = 0, bool create = false);
+
 // The directory that was set, else "Preferences\" in that of the data. With `create` it is made
 // when it is missing.
 KORTOOLS_API CXTString<wchar_t> GetUserPreferencesPath(bool create = false);

@@ -13,4 +13,7 @@ std::wstring get_program_path();
 // that it is linked into. Need not be released.
 void *get_library_module();
 
+// The running system with its version: "Linux 6.1.0-13-amd64", "Windows 10.0.19045".
+std::wstring get_system_name();
+
 } // namespace kortools::platform

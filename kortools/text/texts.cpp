@@ -85,6 +85,12 @@ constexpr Text texts[] = {
     { 5571, L"%1 could not be examined: the program %2 does not run.",
             L"%1 n'a pas pu être examiné : le programme %2 ne s'exécute pas." },
     { 5572, L"Plug-in refused: ", L"Module complémentaire refusé : " },
+    // Which product and version this is
+    { 5800, L"Product information\r\n", L"Informations sur le produit\r\n" },
+    { 5801, L"------------------------------------------\r\n",
+            L"------------------------------------------\r\n" },
+    { 5802, L", SP %d.%d", L", SP %d.%d" },
+    { 5803, L"64-bit version\r\n", L"Version 64 bits\r\n" },
 
     // The name of a file that has none
     { 61446, L"an unnamed file", L"un fichier sans nom" },

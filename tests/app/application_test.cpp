@@ -113,6 +113,10 @@ TEST_F(Application, DataOfAllUsersIsMadeOnlyWhenThatIsAskedFor)
     EXPECT_EQ(to_std(data), here + L"\\Brantis\\Product 3\\");
     EXPECT_FALSE(fileDirectoryExists(data));
     EXPECT_TRUE(fileDirectoryExists(GetCommonPreferencesPath(true)));
+    EXPECT_EQ(GetCommonTempPath(), data + L"temp\\");
+    EXPECT_FALSE(fileDirectoryExists(GetCommonTempPath(12)));
+    EXPECT_EQ(GetCommonTempPath(12, true), data + L"temp12\\");
+    EXPECT_TRUE(fileDirectoryExists(GetCommonTempPath(12)));
     platform::set_common_data_folder(L"");
     EXPECT_EQ(GetCommonApplicationDataPath(), data); // kept
 }

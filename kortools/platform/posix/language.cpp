@@ -20,4 +20,6 @@ unsigned int get_user_primary_language()
     return get_primary_language("C");
 }
 
+void set_thread_language(unsigned short) { }
+
 } // namespace kortools::platform

@@ -4,6 +4,7 @@
 #include "kortools/platform/file_system.h"
 
 #include <dlfcn.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 namespace kortools::platform {
@@ -40,6 +41,15 @@ void *get_library_module()
     if (module)
         dlclose(module); // the library is held by whoever called this
     return module;
+}
+
+std::wstring get_system_name()
+{
+    utsname system {};
+    if (uname(&system) != 0)
+        return L"Linux";
+    std::string const name = std::string(system.sysname) + ' ' + system.release;
+    return { name.begin(), name.end() }; // ASCII
 }
 
 } // namespace kortools::platform

@@ -29,4 +29,18 @@ void *get_library_module()
     return module;
 }
 
+std::wstring get_system_name()
+{
+    // The one function that does not tell older programs of an older system.
+    using GetVersion = LONG(WINAPI *)(OSVERSIONINFOW *);
+    auto const get_version = reinterpret_cast<GetVersion>(
+        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetVersion")));
+    OSVERSIONINFOW system {};
+    system.dwOSVersionInfoSize = sizeof system;
+    if (!get_version || get_version(&system) != 0)
+        return L"Windows";
+    return L"Windows " + std::to_wstring(system.dwMajorVersion) + L'.'
+        + std::to_wstring(system.dwMinorVersion) + L'.' + std::to_wstring(system.dwBuildNumber);
+}
+
 } // namespace kortools::platform

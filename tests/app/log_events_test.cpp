@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/app/application.h"
+#include "kortools/app/application_paths.h"
+#include "kortools/app/log_events.h"
+#include "kortools/app/thread_language.h"
+#include "kortools/files/directories.h"
+#include "kortools/platform/file_system.h"
+#include "kortools/platform/message_hook.h"
+#include "kortools/text/string_table.h"
+#include "tests/support/child_process.h"
+#include "tests/support/temp_folder.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <thread>
+
+namespace {
+
+using kortools::platform::report_window_message;
+
+std::string read(wchar_t const *name)
+{
+    std::string const native
+        = kortools::platform::to_native_path(GetUserApplicationDataPath() + name);
+    std::ifstream file { std::filesystem::path(std::u8string(native.begin(), native.end())) };
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+// Ends while messages are written.
+int end_in_a_trace(std::vector<std::string> const &arguments)
+{
+    SetInternalProductName(CXTString<wchar_t>(arguments[0].c_str()));
+    LogEvents();
+    report_window_message({ 0xF, 0, 0, L"Scene", L"KorView" });
+    return 0;
+}
+
+kor_test::ChildPart const s_end_in_a_trace("end_in_a_trace", end_in_a_trace);
+
+TEST(EventLog, HasALineForEachMessageToAWindowOfTheThread)
+{
+    TempFolder const folder;
+    SetInternalProductName(folder.GetPath().filename().wstring().c_str());
+    CXTString<wchar_t> const data = GetUserApplicationDataPath();
+
+    report_window_message({ 1, 0, 0, L"before", L"" });
+    LogEvents();
+    LogEvents(); // goes on
+    report_window_message({ 0x113, 0x123456789ABCDEF0, ~0ULL, L"caf\u00E9 %s", L"KorView" });
+    std::thread([] { report_window_message({ 2, 0, 0, L"another thread's", L"" }); }).join();
+    report_window_message({ 0x80000001, 1, 0, L"", L"" });
+    std::string const mark = "\xEF\xBB\xBF";
+    std::string const lines
+        = "Msg 0x00000113 lParam 0xffffffff wParam 0x9abcdef0 Window caf\xC3\xA9"
+          " %s Class KorView\n"
+          "Msg 0x80000001 lParam 0x00000000 wParam 0x00000001 Window  Class \n";
+    EXPECT_EQ(read(L"eventsLog1.txt"), mark + lines); // while it is written
+    UnlogEvents();
+    UnlogEvents();
+    report_window_message({ 3, 0, 0, L"after", L"" });
+    EXPECT_EQ(read(L"eventsLog1.txt"), mark + lines);
+
+    std::string const product = folder.GetPath().filename().string();
+    EXPECT_EQ(kor_test::run_child("end_in_a_trace", { product }), 0);
+    EXPECT_EQ(read(L"eventsLog2.txt"),
+        mark + "Msg 0x0000000f lParam 0x00000000 wParam 0x00000000 Window Scene Class KorView\n");
+    SetInternalProductName(L"");
+    EXPECT_TRUE(fileRemoveDirectory(data, true));
+}
+
+TEST(ThreadLanguage, IsThatOfTheTextsOfOneThread)
+{
+    CXTString<wchar_t> const users = xLoadString(5392);
+    SetThreadLanguage(1036);
+    EXPECT_EQ(xLoadString(5392), L"Oui");
+    SetThreadLanguage(0x0C0C); // of Canada
+    EXPECT_EQ(xLoadString(5392), L"Oui");
+    std::thread([&] {
+        EXPECT_EQ(xLoadString(5392), users);
+        SetThreadLanguage(1031);
+        EXPECT_EQ(xLoadString(5392), L"Yes");
+    }).join();
+    EXPECT_EQ(xLoadString(5392), L"Oui");
+    SetThreadLanguage(0);
+    EXPECT_EQ(xLoadString(5392), users);
+}
+
+} // namespace
