@@ -8,6 +8,7 @@
 #include "kortools/app/thread_records.h"
 #include "kortools/archive/exception.h"
 #include "kortools/files/file_type_registry.h"
+#include "kortools/files/plugins.h"
 #include "kortools/platform/fault_signals.h"
 #include "kortools/platform/invalid_parameters.h"
 #include "kortools/platform/profile_store.h"
@@ -61,6 +62,7 @@ void start(wchar_t const *applicationPath, unsigned int flags, wchar_t const *lo
     if (applicationPath)
         SetApplicationPath(applicationPath);
     apply_start_flags(flags);
+    SetPluginsDirectory(GetApplicationPath(true), true);
     // Control containers and owner-drawn menus are for a window back end to start.
 }
 
@@ -68,6 +70,7 @@ void free_remaining_state()
 {
     app::forget_exit_callbacks();
     app::ApplicationState::get().reset();
+    SetPluginsDirectory(CXTString<wchar_t>());
     platform::release_profile();
     kortools::archive::release_pending_exceptions();
 }

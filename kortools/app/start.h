@@ -34,8 +34,9 @@ enum KorToolsFlags : unsigned int {
 // the calling thread becomes the main thread, and parallel loops get as many threads as the OpenMP
 // runtime allows; `logFile`, unless null, becomes the log, from scratch and for every line; how
 // many threads there are is written to the log; SetApplicationPath(), unless the path is null; the
-// flags. The application's name, which callers pass first, is not used: it follows from the path,
-// or from SetInternalProductName().
+// flags; plug-ins are looked for in "Plugins\" beside the application. The application's name,
+// which callers pass first, is not used: it follows from the path, or from
+// SetInternalProductName().
 KORTOOLS_API void InitBrantisApplication(char const *name = nullptr,
     wchar_t const *applicationPath = nullptr, unsigned int flags = 0,
     wchar_t const *logFile = nullptr);

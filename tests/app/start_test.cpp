@@ -9,6 +9,7 @@
 #include "kortools/app/thread_registry.h"
 #include "kortools/archive/exception.h"
 #include "kortools/files/file_types.h"
+#include "kortools/files/plugins.h"
 #include "tests/support/temp_folder.h"
 
 #include <cerrno>
@@ -54,6 +55,7 @@ TEST(Start, OnlyTheFirstOneCountsUntilTheEnd)
     EXPECT_NE(GetApplicationMainThreadID(), CXThread::GetCurrentThreadID());
     EXPECT_EQ(GetInternalProductName(), L"Viewer");
     EXPECT_EQ(Text(GetPreferencesFile()).Right(12), L"Viewer.prefs");
+    EXPECT_EQ(GetPluginsDirectory(), L"C:\\Apps\\Plugins\\");
     WriteToLogFile(L"still the first\n");
     EnablePreferencesSaving(false);
     EXPECT_FALSE(IsPreferencesSavingEnabled());
@@ -62,6 +64,7 @@ TEST(Start, OnlyTheFirstOneCountsUntilTheEnd)
     EXPECT_FALSE(IsLogFileEnabled());
     EXPECT_TRUE(IsPreferencesSavingEnabled());
     EXPECT_NE(GetInternalProductName(), L"Viewer");
+    EXPECT_EQ(GetPluginsDirectory(), L"");
     std::string const written = read(log);
     std::string const line = "InitBrantisApplication\n" + std::to_string(OMPGetMaxThreadCount())
         + " core will be used by default (use OMPSetMaxThreadCount, or define OMP_NUM_THREADS under"
