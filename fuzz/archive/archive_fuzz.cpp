@@ -7,6 +7,7 @@
 #include "kortools/archive/archive.h"
 #include "kortools/archive/exception.h"
 #include "kortools/archive/mem_file.h"
+#include "tests/archive/stream_file.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -86,34 +87,6 @@ class FuzzTransient : public FuzzObject {
 KOR_IMPLEMENT_CLASS(FuzzTransient, FuzzObject, 1 | CXRuntimeClass::not_serializable)
 
 namespace {
-
-// A file that an archive must copy from, in steps of a few bytes.
-class StepFile : public CXMemFile {
-public:
-    StepFile(unsigned char const *bytes, std::size_t size, unsigned int step, bool tellsLength)
-        : CXMemFile(bytes, size)
-        , m_step(step)
-        , m_tellsLength(tellsLength)
-    {
-    }
-    unsigned int Read(void *target, unsigned int count) override
-    {
-        return CXMemFile::Read(target, std::min(count, m_step));
-    }
-    unsigned long long GetLength() const override
-    {
-        return m_tellsLength ? CXMemFile::GetLength() : 0;
-    }
-    unsigned long long BufferCommand(
-        BufferCommandType, unsigned long long, void **, void **) override
-    {
-        return 0;
-    }
-
-private:
-    unsigned int m_step;
-    bool m_tellsLength;
-};
 
 void require(bool condition)
 {
@@ -229,7 +202,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size
     std::uint8_t const *const bytes = end + 1;
     auto const length = static_cast<std::size_t>(data + size - bytes);
     CXMemFile memory(bytes, length);
-    StepFile steps(bytes, length, data[0] / 4 + 1U, (data[0] & 2) != 0);
+    kor_test::StreamFile steps(
+        { reinterpret_cast<char const *>(bytes), length }, data[0] / 4 + 1U, (data[0] & 2) != 0);
     CXFile *const file = (data[0] & 1) != 0 ? &memory : &steps;
     {
         CXArchive archive(file, CXArchive::load, data[1] * 16U);
