@@ -351,14 +351,18 @@ int CKorCoord::ClientToDoc(CPoint *points, int count) const
     CPoint const origin = GetScrolledOrigin();
     CPoint const last(m_docSize.cx - 1, m_docSize.cy - 1);
     float const zoom = m_zoom;
-    int moved = 0; // bits that limiting changed
+    CPoint moved; // bits that limiting changed, by axis: what is alike makes one vector
     for (int i = 0; i < count; ++i) {
-        int const x = divide(kortools::platform::wrap_subtract(points[i].x, origin.x), zoom);
-        int const y = divide(kortools::platform::wrap_subtract(points[i].y, origin.y), zoom);
-        points[i] = { limit(x, last.x), limit(y, last.y) };
-        moved |= (x ^ points[i].x) | (y ^ points[i].y);
+        CPoint const page(kortools::platform::wrap_subtract(points[i].x, origin.x),
+            kortools::platform::wrap_subtract(points[i].y, origin.y));
+        CPoint const doc(divide(page.x, zoom), divide(page.y, zoom));
+        CPoint const limited(limit(doc.x, last.x), limit(doc.y, last.y));
+        moved.x |= doc.x ^ limited.x;
+        moved.y |= doc.y ^ limited.y;
+        points[i].x = limited.x;
+        points[i].y = limited.y;
     }
-    return moved == 0 ? 1 : 0;
+    return moved == CPoint() ? 1 : 0;
 }
 
 void CKorCoord::DocToPage(CRect &rect) const

@@ -14,6 +14,7 @@
 #include "kortools/export.h"
 #include "kortools/graphics/native_records.h"
 #include "kortools/graphics/point.h"
+#include "kortools/platform/rectangles.h"
 #include "kortools/platform/wrap.h"
 
 #include <bit>
@@ -67,10 +68,19 @@ public:
         return { kortools::platform::wrap_add(left, right) / 2,
             kortools::platform::wrap_add(top, bottom) / 2 };
     }
-    bool IsRectEmpty() const;                                       // not wider and higher than 0
+    bool IsRectEmpty() const // not wider and higher than 0
+    {
+        return kortools::platform::is_empty(GetRecord());
+    }
     constexpr bool IsRectNull() const { return *this == CXRect(); } // all four are 0
-    bool PtInRect(CXPoint const &point) const; // never inside one that is not normalised
-    bool EqualRect(CXRect const &rect) const;
+    bool PtInRect(CXPoint const &point) const // never inside one that is not normalised
+    {
+        return kortools::platform::contains(GetRecord(), point.x, point.y);
+    }
+    bool EqualRect(CXRect const &rect) const
+    {
+        return kortools::platform::is_equal(GetRecord(), rect.GetRecord());
+    }
 
     // --- Changes
 
@@ -83,16 +93,26 @@ public:
     constexpr void CopyRect(CXRect const &rect) { *this = rect; }
 
     // Move the sides outwards or inwards, both of an axis by the same amount or each by its own.
-    void InflateRect(int dx, int dy);
+    void InflateRect(int dx, int dy)
+    {
+        kortools::platform::Rectangle rect = GetRecord();
+        kortools::platform::inflate(rect, dx, dy);
+        *this = rect;
+    }
     void InflateRect(CXSize const &by) { InflateRect(by.cx, by.cy); }
     void InflateRect(CXRect const &by) { InflateRect(by.left, by.top, by.right, by.bottom); }
     void InflateRect(int l, int t, int r, int b);
-    void DeflateRect(int dx, int dy);
+    void DeflateRect(int dx, int dy) { InflateRect(-CXSize(dx, dy)); }
     void DeflateRect(CXSize const &by) { DeflateRect(by.cx, by.cy); }
     void DeflateRect(CXRect const &by) { DeflateRect(by.left, by.top, by.right, by.bottom); }
     void DeflateRect(int l, int t, int r, int b);
 
-    void OffsetRect(int dx, int dy);
+    void OffsetRect(int dx, int dy)
+    {
+        kortools::platform::Rectangle rect = GetRecord();
+        kortools::platform::offset(rect, dx, dy);
+        *this = rect;
+    }
     void OffsetRect(CXPoint const &by) { OffsetRect(by.x, by.y); }
     void OffsetRect(CXSize const &by) { OffsetRect(by.cx, by.cy); }
     constexpr void MoveToX(int x) // keep the size
@@ -120,9 +140,18 @@ public:
     // The common part; the smallest rectangle around both, of which an empty one counts for
     // nothing; `a` without `b` where `b` covers one whole side of it, else `a`. False, with all
     // four coordinates 0, when the result has no area.
-    bool IntersectRect(CXRect const &a, CXRect const &b);
-    bool UnionRect(CXRect const &a, CXRect const &b);
-    bool SubtractRect(CXRect const &a, CXRect const &b);
+    bool IntersectRect(CXRect const &a, CXRect const &b)
+    {
+        return Combine(a, b, kortools::platform::intersect);
+    }
+    bool UnionRect(CXRect const &a, CXRect const &b)
+    {
+        return Combine(a, b, kortools::platform::unite);
+    }
+    bool SubtractRect(CXRect const &a, CXRect const &b)
+    {
+        return Combine(a, b, kortools::platform::subtract);
+    }
 
     // A copy with each coordinate x num / den: the product wraps around, the quotient truncates
     // toward zero. Throws CXInvalidArgException for den 0.
@@ -162,6 +191,19 @@ public:
     template <kortools::graphics::RectRecord R> operator R const *() const
     {
         return reinterpret_cast<R const *>(this);
+    }
+
+private:
+    constexpr kortools::platform::Rectangle GetRecord() const
+    {
+        return { left, top, right, bottom };
+    }
+    template <class Rule> bool Combine(CXRect const &a, CXRect const &b, Rule const &rule)
+    {
+        kortools::platform::Rectangle result {};
+        bool const has_area = rule(result, a.GetRecord(), b.GetRecord());
+        *this = result;
+        return has_area;
     }
 };
 
