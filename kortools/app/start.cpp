@@ -8,6 +8,7 @@
 #include "kortools/app/thread_records.h"
 #include "kortools/archive/exception.h"
 #include "kortools/files/file_type_registry.h"
+#include "kortools/files/plugin_modules.h"
 #include "kortools/files/plugins.h"
 #include "kortools/platform/fault_signals.h"
 #include "kortools/platform/invalid_parameters.h"
@@ -70,7 +71,7 @@ void free_remaining_state()
 {
     app::forget_exit_callbacks();
     app::ApplicationState::get().reset();
-    SetPluginsDirectory(CXTString<wchar_t>());
+    files::reset_plugins();
     platform::release_profile();
     kortools::archive::release_pending_exceptions();
 }
