@@ -2,7 +2,7 @@
 #include "kortools/app/application.h"
 #include "kortools/app/application_paths.h"
 #include "kortools/app/application_state.h"
-#include "kortools/data/custom_data.h"
+#include "kortools/files/directories.h"
 #include "kortools/files/file_status.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/platform/current_directory.h"
@@ -57,32 +57,23 @@ TEST_F(Application, TheProductsNameStandsInEveryPath)
     std::wstring const user = platform::get_user_data_folder() + L"\\Brantis\\";
     std::wstring const common = platform::get_common_data_folder() + L"\\Brantis\\";
     SetApplicationPath(Text(L"C:\\Apps\\" + unique + L".exe"));
-    EXPECT_EQ(to_std(GetUserApplicationDataPath()), user + unique + L"\\");
     EXPECT_EQ(
         to_std(GetPreferencesFile()), user + unique + L"\\Preferences\\" + unique + L".prefs");
-    EXPECT_EQ(to_std(GetCommonApplicationDataPath()), common + unique + L"\\");
-
     SetInternalProductName(Text(unique + L" P"), 16);
+    std::wstring const name = unique + L" P 16";
     EXPECT_EQ(to_std(GetInternalProductName()), unique + L" P");
-    EXPECT_EQ(to_std(GetInternalProductName(true)), unique + L" P 16");
-    EXPECT_EQ(to_std(GetUserApplicationDataPath()), user + unique + L" P 16\\");
+    EXPECT_EQ(to_std(GetInternalProductName(true)), name);
+    EXPECT_EQ(to_std(GetUserApplicationDataPath()), user + name + L"\\");
     EXPECT_EQ(to_std(GetUserApplicationDataPath(true)), user + unique + L" P\\");
-    EXPECT_EQ(to_std(GetUserApplicationDataPath(false, unique.c_str())),
-        user + unique + L"\\" + unique + L" P 16\\");
-    EXPECT_EQ(to_std(GetCommonPreferencesPath()), common + unique + L" P 16\\Preferences\\");
-    EXPECT_EQ(to_std(GetPreferencesFile()),
-        user + unique + L" P 16\\Preferences\\" + unique + L" P.prefs");
+    EXPECT_EQ(to_std(GetUserApplicationDataPath(false, L"Maker")),
+        platform::get_user_data_folder() + L"\\Brantis\\Maker\\" + name + L"\\");
+    EXPECT_EQ(to_std(GetCommonPreferencesPath()), common + name + L"\\Preferences\\");
+    EXPECT_EQ(
+        to_std(GetPreferencesFile()), user + name + L"\\Preferences\\" + unique + L" P.prefs");
     EXPECT_FALSE(fileDirectoryExists(GetUserPreferencesPath()));
     EXPECT_TRUE(fileDirectoryExists(GetUserPreferencesPath(true)));
-
-    CCustomData data;
-    data.SetInt(1, 1);
-    EXPECT_TRUE(data.SaveToPrefs(GetPreferencesFile(), 1, 1));
-    for (std::wstring const &made : { unique, unique + L" P", unique + L" P 16" }) {
-        std::string const native = platform::to_native_path(user + made);
-        EXPECT_TRUE(std::filesystem::remove_all(
-            std::filesystem::path(std::u8string(native.begin(), native.end()))));
-    }
+    for (std::wstring const &made : { unique, unique + L" P", name, std::wstring(L"Maker") })
+        fileRemoveDirectory(Text(user + made), true);
 }
 
 TEST_F(Application, PreferencesGoWhereTheHostWantsThem)
@@ -99,16 +90,9 @@ TEST_F(Application, PreferencesGoWhereTheHostWantsThem)
     SetInternalProductName(L"Product", 3);
     EXPECT_EQ(GetPreferencesFile(), wanted + L"\\Product.prefs");
     SetCommonPreferencesPath(L"");
-    EXPECT_NE(GetCommonPreferencesPath(), wanted + L"\\");
-}
-
-TEST_F(Application, DataOfAllUsersIsMadeOnlyWhenThatIsAskedFor)
-{
-    TempFolder folder;
     std::wstring const here = platform::from_native_path(folder.GetPath().string());
     if (!platform::set_common_data_folder(here + L'\\')) // Windows has its own
         return;
-    SetInternalProductName(L"Product", 3);
     Text const data = GetCommonApplicationDataPath();
     EXPECT_EQ(to_std(data), here + L"\\Brantis\\Product 3\\");
     EXPECT_FALSE(fileDirectoryExists(data));
@@ -118,7 +102,6 @@ TEST_F(Application, DataOfAllUsersIsMadeOnlyWhenThatIsAskedFor)
     EXPECT_EQ(GetCommonTempPath(12, true), data + L"temp12\\");
     EXPECT_TRUE(fileDirectoryExists(GetCommonTempPath(12)));
     platform::set_common_data_folder(L"");
-    EXPECT_EQ(GetCommonApplicationDataPath(), data); // kept
 }
 
 } // namespace

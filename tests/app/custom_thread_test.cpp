@@ -117,31 +117,23 @@ TEST(CustomThread, HardTerminationEndsThoseThatDoNotListen)
     EXPECT_EQ(CCustomThread::HardThreadsTermination(), 4);
     long const steps = s_steps;
     EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0);
-    EXPECT_EQ(CCustomThread::HardThreadsTermination(), 0);
     EXPECT_TRUE(IsSilentThread((*threads[1])->GetThreadID())) << "the registry is not locked";
     for (auto const &thread : threads)
         EXPECT_TRUE((*thread)->WaitForEnd(0) && !(*thread)->ResumeThread());
-    threads.clear();
     CXThread::SleepCurrentThread(20);
     EXPECT_EQ(s_steps, steps);
 }
 
 TEST(CustomThread, AWinCustomThreadHasAnApartment)
 {
-    bool entered = false;
-    {
-        Kept<CWinCustomThread> const thread([&] {
+    Kept<CWinCustomThread> const thread([] {
 #ifdef _WIN32
-            entered = OleInitialize(nullptr) == S_FALSE; // already done
-            OleUninitialize();
+        bool const entered = OleInitialize(nullptr) == S_FALSE; // already done
+        OleUninitialize();
+        return entered;
 #else
-            entered = true;
+        return true;
 #endif
-            return true;
-        });
-        EXPECT_TRUE(thread->WaitForEnd());
-        EXPECT_TRUE(thread->GetThreadResult() && entered);
-        EXPECT_TRUE(thread->IsKindOf(CCustomThread::GetThisRuntimeClassDescriptor()));
-    }
-    EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0);
+    });
+    EXPECT_TRUE(thread->WaitForEnd() && thread->GetThreadResult());
 }

@@ -162,36 +162,28 @@ TEST(Thread, AnObjectThatNeverStartedTouchesNoMarks)
 
 TEST(Thread, HundredsStartMarkAndEndTogether)
 {
-    constexpr int rounds = 8;
-    constexpr int width = 40;
+    constexpr int branches = 16;
+    constexpr int leaves = 20; // of each
     std::atomic<int> ended { 0 };
     std::atomic<int> wrong { 0 };
     Work leaf = [&] {
-        auto const self = CXThread::GetCurrentThreadID();
         SetCancelThread(true, 0);
-        SetSilentThread(true, self);
+        SetSilentThread(true, CXThread::GetCurrentThreadID());
         wrong += ShouldCancelThread(0) && IsSilentThread(0) ? 0 : 1;
-        SetCancelThread(false, self);
         XSetThreadException(new CXUserException); // must not stay behind
         ++ended;
         return true;
     };
     Work branch = [&] {
-        for (int i = 0; i < width / 2; ++i)
+        for (int i = 0; i < leaves; ++i)
             wrong += CXThread::BeginThread(call_work, &leaf) ? 0 : 1;
-        CXArray<unsigned long long> children;
-        GetChildThreads(0, children);
         ++ended;
         return true;
     };
-    for (int round = 1; round <= rounds; ++round) {
-        for (int i = 0; i < 2; ++i)
-            wrong += CXThread::BeginThread(call_work, &branch) ? 0 : 1;
-        while (ended != round * (width + 2))
-            CXThread::SleepCurrentThread(1);
-    }
-    EXPECT_EQ(wrong, 0);
+    for (int i = 0; i < branches; ++i)
+        wrong += CXThread::BeginThread(call_work, &branch) ? 0 : 1;
     CXArray<unsigned long long> children;
-    while (GetChildThreads(0, children) != 0) // the last ones are still deleting themselves
-        CXThread::SleepCurrentThread(1);
+    while (ended != branches * (leaves + 1) || GetChildThreads(0, children) != 0)
+        CXThread::SleepCurrentThread(1); // the last ones are still deleting themselves
+    EXPECT_EQ(wrong, 0);
 }

@@ -7,21 +7,14 @@
 #include "apps/kordump/restore.h"
 #include "apps/kordump/text_codec.h"
 
-#include <filesystem>
-#include <fstream>
+#include "tests/support/files.h"
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace kor_test {
 
 using Json = nlohmann::json;
-
-inline std::string read_bytes(std::filesystem::path const &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
-    return { std::istreambuf_iterator<char>(file), {} };
-}
 
 inline kordump::LayoutTable parse_layouts(std::string_view text)
 {

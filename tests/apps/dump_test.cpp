@@ -2,7 +2,6 @@
 // What kordump shows of files, and what becomes of its JSON when somebody edits it.
 #include "apps/kordump/custom_data_reader.h"
 #include "apps/scene/scene_file.h"
-#include "kortools/archive/mem_file.h"
 #include "kortools/data/custom_data.h"
 #include "tests/apps/dump_support.h"
 #include "tests/archive/archive_encoder.h"
@@ -31,7 +30,7 @@ kordump::Reading read(std::string_view bytes, kordump::Plan const &plan)
 
 std::string read_scene(int version)
 {
-    return read_bytes(kor_test::data_folder() + "/scene_" + std::to_string(version) + ".scene");
+    return read_file(data_folder() + "/scene_" + std::to_string(version) + ".scene");
 }
 
 kordump::Plan archive_plan(std::string_view top, std::string_view layouts = "")
@@ -112,15 +111,10 @@ TEST(Dump, CoversScenesOfEveryVersion)
         kordump::Reading const reading = read(bytes, make_plan(bytes));
         EXPECT_EQ(reading.problem + reading.unknown_class, "");
         EXPECT_EQ(reading.end, bytes.size());
-        EXPECT_TRUE(comes_back(bytes, make_plan(bytes)));
     }
     Json old = to_parsed_json(read_scene(1), make_plan(read_scene(1)));
-    Json const &fields = old["items"][0]["fields"];
-    Json const &bitmap = find_bitmap(old);
-    EXPECT_EQ(bitmap["fields"]["name"], "gradient.png");
-    EXPECT_EQ(bitmap["fields"]["width"], 48);
-    EXPECT_EQ(fields["folders"][0]["object"], 4);
-    EXPECT_EQ(fields["folders"][0]["class_index"], 3);
+    EXPECT_EQ(find_bitmap(old)["fields"]["name"], "gradient.png");
+    EXPECT_EQ(find_bitmap(old)["fields"]["width"], 48);
     std::string const text = to_text(read_scene(1), make_plan(read_scene(1)));
     EXPECT_NE(text.find("00000000  tag FFFF CScene #2 (new class #1, schema 1)\n"), text.npos);
     EXPECT_NE(text.find("name: \"gradient.png\"  <string, utf-16>\n"), text.npos) << text;
@@ -141,21 +135,6 @@ TEST(Dump, StopsBehindTheFirstUnknownClassAndAtDamage)
     }
     std::string const hostile("\xFF\xFF\xFF\xFF\xFF\xFF\0\0", 8);
     EXPECT_NE(read(hostile, archive_plan("u8[]")).problem, "");
-}
-
-TEST(Dump, ReadsValuesOutsideObjects)
-{
-    CXMemFile file;
-    CXArchive archive(&file, CXArchive::store);
-    archive << 7 << -1.5 << CXTString<wchar_t>(L"a\"\x20AC") << CXTString<char>("b") << true;
-    archive.WriteCount(70000);
-    archive.Close();
-    std::string const bytes(file.GetBuffer(), file.GetBuffer() + file.GetLength());
-    auto const plan = archive_plan("i32 f64 string string bool count");
-    EXPECT_EQ(read(bytes, plan).problem, "");
-    EXPECT_EQ(to_parsed_json(bytes, plan)["items"],
-        Json::parse("[7, -1.5, \"a\\\"\u20AC\", {\"encoding\": \"ansi\", \"text\": \"b\"}, true, "
-                    "70000]"));
 }
 
 TEST(Dump, KeepsWhatHasSeveralForms)
@@ -222,13 +201,12 @@ TEST(Dump, RecognisesFormats)
 
 TEST(Edit, ValuesOfCustomDataReachTheLibrary)
 {
-    CCustomData data;
-    CCustomData inner;
+    CCustomData data, inner, expected;
     inner.SetDouble(1, 0.5);
     data.SetInt(1, 7);
     data.SetString(0x4E414D45, L"short");
     data.SetCustomData(3, inner);
-    int const numbers[] = { 1, 2, 3 };
+    int const numbers[] = { 1, 2, 3, 4, 5 };
     data.SetArray(4, numbers, 3, sizeof *numbers);
     Json json = to_parsed_json(stream_of(data), make_plan(stream_of(data)));
     Json &entries = json["items"][0]["entries"];
@@ -236,21 +214,14 @@ TEST(Edit, ValuesOfCustomDataReachTheLibrary)
     find_entry(entries, "NAME")["value"] = "a longer text \u20AC";
     find_entry(entries, 3)["value"]["entries"][0]["value"] = 0.1;
     find_entry(entries, 4)["value"]["elements"] = { 4, 5 };
-    entries.push_back({ { "id", 9 }, { "kind", "USTR" }, { "value", { "x", "y" } } });
-    std::string const bytes = from_json(json);
-
-    ASSERT_TRUE(data.SerializeFromData(bytes.data(), bytes.size()));
-    int number = 0;
-    double real = 0;
-    CXTString<wchar_t> text;
-    CCustomData::StringArray texts;
-    unsigned count = 0;
-    EXPECT_TRUE(data.GetInt(1, number) && number == -8);
-    EXPECT_TRUE(data.GetString(0x4E414D45, text) && text == L"a longer text \x20AC");
-    EXPECT_TRUE(data.GetCustomData(3, inner) && inner.GetDouble(1, real) && real == 0.1);
-    EXPECT_EQ(static_cast<int const *>(data.GetArray(4, count, sizeof number))[1], 5);
-    EXPECT_EQ(count, 2U);
-    EXPECT_EQ(data.GetStringArray(9, texts), 2);
+    entries.push_back({ { "id", 9 }, { "kind", "CHAR" }, { "value", 3 } });
+    inner.SetDouble(1, 0.1);
+    expected.SetInt(1, -8);
+    expected.SetString(0x4E414D45, L"a longer text \x20AC");
+    expected.SetCustomData(3, inner);
+    expected.SetArray(4, numbers + 3, 2, sizeof *numbers);
+    expected.SetChar(9, 3);
+    EXPECT_EQ(from_json(json), stream_of(expected));
 }
 
 TEST(Edit, ScenesTakeOtherTextsAndNodes)
@@ -291,36 +262,38 @@ TEST(Edit, ObjectsCanBePutInWithoutIndicesAndTakenOut)
     EXPECT_EQ(after["folders"][0]["fields"]["path"], "C:\\first");
     EXPECT_TRUE(get_folder(before, 1).is_string());
     EXPECT_EQ(get_folder(again, 0), get_folder(before, 1));
-    EXPECT_EQ(after["assets"].size(), fields["assets"].size());
 }
 
 TEST(Edit, MistakesAreNamedWithTheirPlace)
 {
     Json const good = to_parsed_json(read_scene(1), make_plan(read_scene(1)));
-    auto const change = [&](auto const &edit) {
+    struct {
+        void (*edit)(Json &json, Json &asset);
+        std::string mistake; // of the others it is enough that there is one
+    } const cases[] = { { [](Json &, Json &asset) { asset["fields"]["width"] = -1; },
+                            "item 0: .assets[1].width: -1 is no integer from 0 to 4294967295" },
+        { [](Json &, Json &asset) { asset["fields"]["folder"]["ref"] = 99; },
+            "item 0: .assets[1].folder: there is no object 99 before" },
+        { [](Json &, Json &asset) { asset["fields"].erase("height"); },
+            "item 0: .assets[1]: CSceneBitmap lacks the field height" },
+        { [](Json &json, Json &) { json.erase("classes"); },
+            "item 0: the class CScene 1 is not known" },
+        { [](Json &json, Json &) { json["format"] = "x"; }, "there is no format 'x'" },
+        { [](Json &, Json &asset) { asset["fields"]["more"] = 1; }, "" },
+        { [](Json &, Json &asset) { asset["object"] = 2; }, "" },
+        { [](Json &, Json &asset) { asset["schema"] = 3; }, "" },
+        { [](Json &, Json &asset) { asset = "x"; }, "" },
+        { [](Json &json, Json &) { json.erase("kordump"); }, "" },
+        { [](Json &json, Json &) {
+             json["rest"] = Json::object({ { "hex", "0" } });
+         },
+            "" } };
+    for (auto const &[edit, mistake] : cases) {
         Json json = good;
         edit(json, find_bitmap(json));
-        return get_mistake(json);
-    };
-    EXPECT_EQ(change([](Json &, Json &asset) { asset["fields"]["width"] = -1; }),
-        "item 0: .assets[1].width: -1 is no integer from 0 to 4294967295");
-    EXPECT_EQ(change([](Json &, Json &asset) { asset["fields"]["folder"]["ref"] = 99; }),
-        "item 0: .assets[1].folder: there is no object 99 before");
-    EXPECT_EQ(change([](Json &, Json &asset) { asset["fields"].erase("height"); }),
-        "item 0: .assets[1]: CSceneBitmap lacks the field height");
-    EXPECT_EQ(change([](Json &json, Json &) { json.erase("classes"); }),
-        "item 0: the class CScene 1 is not known");
-    EXPECT_EQ(change([](Json &json, Json &) { json["format"] = "x"; }), "there is no format 'x'");
-    for (auto const &edit : std::initializer_list<void (*)(Json &, Json &)> {
-             [](Json &, Json &asset) { asset["fields"]["more"] = 1; },
-             [](Json &, Json &asset) { asset["object"] = 2; },
-             [](Json &, Json &asset) { asset["schema"] = 3; },
-             [](Json &, Json &asset) { asset = "x"; },
-             [](Json &json, Json &) { json.erase("kordump"); },
-             [](Json &json, Json &) {
-                 json["rest"] = { { "hex", "0" } };
-             } })
-        EXPECT_NE(change(edit), "(accepted)");
+        std::string const found = get_mistake(json);
+        EXPECT_TRUE(mistake.empty() ? found != "(accepted)" : found == mistake) << found;
+    }
     EXPECT_THROW(restore("{\"kordump\": 1,"), std::runtime_error);
     EXPECT_THROW(restore(std::string(1 << 20, '[')), std::runtime_error);
 }
@@ -349,54 +322,8 @@ TEST(Deep, ObjectsAsDeepAsTheLibraryTakesThem)
         auto const &plan = arrays ? in_arrays : by_fields;
         EXPECT_EQ(read(nest_objects(2000, arrays), plan).problem, "");
         EXPECT_NE(read(nest_objects(2001, arrays), plan).problem, "");
-        EXPECT_TRUE(comes_back(nest_objects(2000, arrays), plan));
         EXPECT_TRUE(comes_back(nest_objects(50000, arrays), plan)) << "too deep";
     }
-}
-
-TEST(Deep, TreesInNodesOfTrees)
-{
-    ArchiveEncoder bytes;
-    bytes.new_class("CTree", 2).u32(4).u32(1).u32(3).new_class("T", 1);
-    for (int i = 0; i < 50000; ++i)
-        bytes.old_class(1).u32(4).u32(1).u32(3).old_class(2);
-    auto const plan = archive_plan("tree", "class T 1\n inner tree");
-    EXPECT_NE(read(bytes.bytes(), plan).problem, "");
-    EXPECT_TRUE(comes_back(bytes.bytes(), plan));
-    EXPECT_TRUE(comes_back(bytes.bytes(), archive_plan("object", "class T 1\n inner tree")));
-}
-
-TEST(Deep, JsonThatNobodyWouldWrite)
-{
-    std::string json = R"({"kordump": 1, "format": "custom-data", "items": [{"form": "block", )";
-    std::string end = "]}]}";
-    json += R"("entries": [)";
-    for (int i = 0; i < kordump::maximum_container_depth * 64; ++i) {
-        json += R"({"id": 1, "kind": "CDA2", "value": {"entries": [)";
-        end.insert(0, "]}}");
-    }
-    EXPECT_EQ(restore(json + end).size(), kordump::maximum_container_depth * 64 * 12U);
-    EXPECT_THROW(
-        restore(json + R"({"id": 1, "kind": " INT", "value": "x"})" + end), std::runtime_error);
-}
-
-TEST(Deep, NestedContainersAreBytesInTheEnd)
-{
-    std::string block;
-    for (int i = 0; i < 500; ++i) {
-        ArchiveEncoder entry;
-        entry.u32(1).u32(static_cast<unsigned>(block.size())).u32(0x43444132).raw(block);
-        block = entry.bytes();
-    }
-    auto const plan = make_plan(block, "custom-data");
-    EXPECT_TRUE(comes_back(block, plan));
-    Json const json = to_parsed_json(block, plan);
-    Json const *container = &json["items"][0];
-    int depth = 0;
-    for (; container->contains("entries"); ++depth)
-        container = &(*container)["entries"][0].at(
-            (*container)["entries"][0].contains("value") ? "value" : "hex");
-    EXPECT_EQ(depth, kordump::maximum_container_depth + 1);
 }
 
 TEST(Layouts, NameTheLineOfAMistake)

@@ -6,6 +6,7 @@
 #include "kortools/app/thread_registry.h"
 #include "tests/apps/host_support.h"
 #include "tests/support/child_process.h"
+#include "tests/support/files.h"
 
 #include <chrono>
 #include <csignal>
@@ -15,12 +16,6 @@
 namespace {
 
 using namespace std::chrono_literals;
-
-std::string read_text(std::filesystem::path const &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
 
 // A mesh that takes longer to read than anybody waits to stop it.
 void write_large_mesh(std::filesystem::path const &path)
@@ -56,11 +51,6 @@ class HostImport : public Host {
 protected:
     std::string GetPath(char const *name) const { return to_utf8(m_folder.GetPath() / name); }
 
-    void WriteFile(char const *name, std::string const &text) const
-    {
-        std::ofstream(m_folder.GetPath() / name, std::ios::binary) << text;
-    }
-
     // Presses Ctrl+C while the program reads the mesh; its exit code.
     int ImportAndInterrupt(std::string const &mesh)
     {
@@ -68,12 +58,8 @@ protected:
             { "scoutrix", "--settings", m_settings, "--log", m_log, "import", mesh, "-o",
                 m_scene });
         std::string const reading = "reading ";
-        auto const end = std::chrono::steady_clock::now() + 60s;
-        while (read_text(m_log).find(reading) == std::string::npos) {
-            if (std::chrono::steady_clock::now() > end)
-                return -1;
+        while (kor_test::read_file(m_log).find(reading) == std::string::npos)
             std::this_thread::sleep_for(5ms);
-        }
         child.interrupt();
         return child.wait();
     }
@@ -87,20 +73,20 @@ TEST_F(HostImport, KeepsTheOrderOfManyFiles)
     std::string names = to_utf8(m_folder.GetPath().filename()) + ' ';
     for (int i = 0; i < 50; ++i) {
         std::string const name = "mesh" + std::to_string((i * 7) % 50) + ".obj";
-        WriteFile(name.c_str(), std::string("v 0 0 0\n"));
+        kor_test::write_file(GetPath(name.c_str()), "v 0 0 0\n");
         arguments.push_back(GetPath(name.c_str()));
         names += name + ' ';
     }
     EXPECT_EQ(Run(arguments), 0) << m_errors;
     EXPECT_EQ(ListNames({}), names);
     for (char const *name : { "mesh9.obj", "mesh3.obj" })
-        WriteFile(name, "v 0\n");
+        kor_test::write_file(GetPath(name), "v 0\n");
     EXPECT_EQ(Run(arguments), 5);
     std::size_t const third = m_errors.find("mesh3.obj");
     EXPECT_LT(third, std::string::npos);
     EXPECT_LT(m_errors.find("mesh9.obj"), m_errors.size()) << "all that failed are told";
     EXPECT_EQ(third < m_errors.find("mesh9.obj"), names.find("mesh3.") < names.find("mesh9."));
-    std::string const log = read_text(m_log);
+    std::string const log = kor_test::read_file(m_log);
     EXPECT_NE(log.find("\tfailed: "), std::string::npos) << log;
     EXPECT_NE(log.find("saved "), std::string::npos) << log;
 }
@@ -125,20 +111,15 @@ TEST_F(HostImport, EndsItsThreadsWhenTheCallbackSaysSo)
 
 TEST_F(HostImport, IsCancelledByCtrlC)
 {
+    Import({ "cube.obj" });
+    std::string const scene = kor_test::read_file(m_scene);
+    std::filesystem::remove(m_log);
     write_large_mesh(m_folder.GetPath() / "large.obj");
-    std::string const mesh = GetPath("large.obj");
-    EXPECT_EQ(ImportAndInterrupt(mesh), 130);
-    EXPECT_FALSE(std::filesystem::exists(m_scene));
+    EXPECT_EQ(ImportAndInterrupt(GetPath("large.obj")), 130);
+    EXPECT_EQ(kor_test::read_file(m_scene), scene) << "the scene that was there stays";
     EXPECT_FALSE(std::filesystem::exists(m_scene + ".tmp"));
-    std::string const log = read_text(m_log);
+    std::string const log = kor_test::read_file(m_log);
     for (char const *line :
         { "command: ", "\treading ", "\tcancelled ", "no scene written", "exit code 130" })
         EXPECT_NE(log.find(line), std::string::npos) << line << log;
-
-    Import({ "cube.obj" });
-    std::string const scene = read_text(m_scene);
-    std::filesystem::remove(m_log);
-    EXPECT_EQ(ImportAndInterrupt(mesh), 130);
-    EXPECT_EQ(read_text(m_scene), scene) << "the scene that was there stays";
-    EXPECT_FALSE(std::filesystem::exists(m_scene + ".tmp"));
 }

@@ -5,30 +5,19 @@
 #include "kortools/files/file_status.h"
 #include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
-#include "kortools/text/string_table.h"
 #include "tests/files/names.h"
+#include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/thread_language.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <random>
 
 namespace {
 
 namespace fs = std::filesystem;
+using namespace kor_test;
 using kortools::platform::get_last_os_error;
-
-void write_file(fs::path const &path, std::string const &text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-std::string read_file(fs::path const &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
 
 class FileChanges : public testing::Test {
 protected:
@@ -57,7 +46,7 @@ protected:
 TEST_F(FileChanges, ACopyHasDataDateAndPermissions)
 {
     std::mt19937 random(1);
-    for (std::size_t const size : { 0U, 1U, 4096U, 300000U, 3000001U }) {
+    for (std::size_t const size : { 0U, 1U, 3000001U }) {
         std::string text(size, '\0');
         for (char &ch : text)
             ch = static_cast<char>(random());
@@ -111,15 +100,14 @@ TEST_F(FileChanges, OthersWhoHaveAFileOpenAreAsked)
 {
     write_file(At("a"), "text");
     write_file(At("b"), "old");
-    CXFile file(Name(L"a"), CXFile::modeReadWrite | CXFile::shareExclusive);
-    EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"c"), false));
-    EXPECT_EQ(get_last_os_error(), 32U);
-    file.Open(Name(L"b"), CXFile::modeRead | CXFile::shareDenyWrite);
-    EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"b"), false));
-    EXPECT_EQ(get_last_os_error(), 32U);
-    file.Close();
+    for (auto const &[name, mode] :
+        { std::pair(L"a", CXFile::modeReadWrite | CXFile::shareExclusive),
+            std::pair(L"b", CXFile::modeRead | CXFile::shareDenyWrite) }) {
+        CXFile const file(Name(name), mode);
+        EXPECT_FALSE(fileCopy(Name(L"a"), Name(L"b"), false));
+        EXPECT_EQ(get_last_os_error(), 32U);
+    }
     EXPECT_EQ(List(), "a=text b=old");
-    EXPECT_TRUE(fileCopy(Name(L"a"), Name(L"b"), false));
 }
 
 TEST_F(FileChanges, AMoveReplacesFilesButNotDirectories)
@@ -144,30 +132,25 @@ TEST_F(FileChanges, AMoveReplacesFilesButNotDirectories)
     EXPECT_TRUE(fileRename(Name(L"c"), Name(L"d\\e")));
     EXPECT_EQ(fileGetLastWriteDate(Name(L"d\\e")), CXTime(1234567890));
     EXPECT_TRUE(fileRename(Name(L"d"), Name(L"f")));
-    EXPECT_EQ(List(), "f=/");
-    EXPECT_EQ(read_file(At("f/e")), "new");
+    EXPECT_EQ(List() + read_file(At("f/e")), "f=/new");
 }
 
 TEST_F(FileChanges, NamesOfEveryKind)
 {
+    write_file(At("x"), "text");
     for (std::wstring const &name : get_odd_names()) {
-        SCOPED_TRACE(testing::PrintToString(name));
-        bool const fits = !is_windows || name.size() < 100; // else the path is too long there
-        if (!fits)
+        if (is_windows && name.size() >= 100) // the path is too long there
             continue;
+        SCOPED_TRACE(testing::PrintToString(name));
         CXTString<wchar_t> const directory = Name(name.c_str());
         CXTString<wchar_t> const file = directory + L"\\" + name.c_str();
         ASSERT_TRUE(fileCreateDirectory(directory, false));
-        write_file(At("x"), "text");
         EXPECT_TRUE(fileCopy(Name(L"x"), file, true));
-        EXPECT_EQ(fileGetSize(file), 4U);
-        EXPECT_EQ(fileGetFileCount(directory), 1);
+        EXPECT_TRUE(fileGetSize(file) == 4 && fileGetFileCount(directory) == 1);
         EXPECT_TRUE(fileMove(file, Name(L"y"), true));
         EXPECT_FALSE(fileExists(file));
         EXPECT_TRUE(fileRename(Name(L"y"), file));
         EXPECT_TRUE(fileDelete(file));
-        EXPECT_EQ(fs::begin(fs::directory_iterator(m_folder.GetPath())) != fs::directory_iterator(),
-            true);
         EXPECT_TRUE(fileRemoveDirectory(directory));
         EXPECT_EQ(List(), "x=text");
     }
@@ -187,17 +170,13 @@ TEST_F(FileChanges, TheUserIsAskedBeforeAFileIsReplaced)
     write_file(At("50%1"), "text");
     EXPECT_TRUE(fileAskForReplace(Name(L"none")));
     EXPECT_EQ(s_text, L"");
-    kortools::text::set_thread_language(kortools::text::english);
+    ThreadLanguage const language(kortools::text::english);
     s_answer = 6;
     EXPECT_TRUE(fileAskForReplace(Name(L"50%1")));
     EXPECT_EQ(
         s_text, std::wstring(Name(L"50%1")) + L" already exists.\nDo you want to replace it?");
-    EXPECT_EQ(s_flags & 0xF, 4U) << "yes and no";
-    EXPECT_EQ(s_flags & 0xF00, 0x100U) << "no by default";
-    kortools::text::set_thread_language(kortools::text::french);
+    EXPECT_EQ(s_flags & 0xF0F, 0x104U) << "yes and no, no by default";
     s_answer = 7;
     EXPECT_FALSE(fileAskForReplace(Name(L"50%1")));
-    EXPECT_TRUE(s_text.ends_with(L" existe d\xE9j\xE0.\nVoulez-vous le remplacer ?"));
-    kortools::text::set_thread_language(0);
     kortools::platform::set_message_box_handler(before);
 }

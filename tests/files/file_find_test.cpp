@@ -4,15 +4,16 @@
 #include "kortools/files/file_status.h"
 #include "kortools/files/name_pattern.h"
 #include "tests/files/names.h"
+#include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 #include <set>
 
 namespace {
 
 namespace fs = std::filesystem;
+using kor_test::write_file;
 
 std::set<std::wstring> find_all(std::wstring const &pattern)
 {
@@ -31,12 +32,10 @@ std::set<std::wstring> find_all(std::wstring const &pattern)
 
 TEST(NamePattern, FollowsTheTable)
 {
-    struct Case {
-        wchar_t const *pattern;
-        wchar_t const *name;
+    struct {
+        wchar_t const *pattern, *name;
         bool matches;
-    };
-    Case const cases[] = { { L"*", L"a", true }, { L"*.*", L"a", true }, { L"*.*", L"a.b", true },
+    } const cases[] = { { L"*", L"a", true }, { L"*.*", L"a", true }, { L"*.*", L"a.b", true },
         { L"*.txt", L"A.TXT", true }, { L"*.TXT", L"a.b.txt", true },
         { L"*.txt", L"a.txtx", false }, { L"*.txt", L".txt", true }, { L"*.txt", L"txt", false },
         { L"a*.txt", L"a.txt", true }, { L"a?.txt", L"ab.txt", true },
@@ -48,7 +47,7 @@ TEST(NamePattern, FollowsTheTable)
         { L"*a*b*c", L"xxaxxbxxabc", true }, { L"*a*b*c", L"xxaxxbxxab", false },
         { L"*.t?t", L"a.tt", false }, { L"*\U0001F642.k", L"x\U0001F642.K", true },
         { L"", L"a", false } };
-    for (Case const &each : cases)
+    for (auto const &each : cases)
         EXPECT_EQ(kortools::files::NamePattern(each.pattern).matches(each.name), each.matches)
             << testing::PrintToString(each.pattern) << ' ' << testing::PrintToString(each.name);
     std::wstring const hostile(2000, L'a');
@@ -58,38 +57,33 @@ TEST(NamePattern, FollowsTheTable)
 TEST(FileFind, VisitsEachEntryOnce)
 {
     TempFolder const folder;
-    std::ofstream(folder.GetPath() / "plain") << "x";
-    std::set<std::wstring> expected { L"plain" };
-    for (std::wstring const &name : get_odd_names()) {
-        if (name == L"plain" || (folder.GetFile(name).size() >= 250 && is_windows))
-            continue;
-        ASSERT_TRUE(fileCopy(folder.GetFile(L"plain").c_str(), folder.GetFile(name).c_str()));
-        expected.insert(name);
-    }
-    for (int i = 0; i < 400; ++i) {
-        std::wstring const name = L"many" + std::to_wstring(i) + L".txt";
-        std::ofstream(folder.GetPath() / name) << "x";
-        expected.insert(name);
-    }
+    std::vector<std::wstring> names = get_odd_names();
+    for (int i = 0; i < 400; ++i)
+        names.push_back(L"many" + std::to_wstring(i) + L".txt");
+    std::set<std::wstring> expected { L"dir.d", L"plain" };
+    write_file(folder.GetPath() / "plain", "x");
     fs::create_directory(folder.GetPath() / "dir.d");
-    expected.insert(L"dir.d");
+    for (std::wstring const &name : names) {
+        if (is_windows && folder.GetFile(name).size() >= 250)
+            continue;
+        fileCopy(folder.GetFile(L"plain").c_str(), folder.GetFile(name).c_str());
+        expected.insert(name);
+    }
     EXPECT_EQ(find_all(folder.GetFile(L"*.*")), expected);
     EXPECT_EQ(find_all(folder.GetFile(L"MANY?.TXT")).size(), 10U);
     EXPECT_EQ(find_all(folder.GetFile(L"plain")).size(), 1U);
-    EXPECT_EQ(find_all(folder.GetFile(L"*.none")).size(), 0U);
-    EXPECT_EQ(find_all(folder.GetFile(L"none\\*")).size(), 0U);
-    EXPECT_EQ(find_all(folder.GetFile(L"")).size(), 0U);
+    for (wchar_t const *none : { L"*.none", L"none\\*", L"" })
+        EXPECT_EQ(find_all(folder.GetFile(none)).size(), 0U);
 }
 
 TEST(FileFind, TellsAboutAnEntry)
 {
     TempFolder const folder;
-    std::ofstream(folder.GetPath() / "some.file.txt") << "12345";
     CXTString<wchar_t> const path = folder.GetFile(L"some.file.txt").c_str();
+    write_file(folder.GetPath() / "some.file.txt", "12345");
     fileSetLastWriteDate(path, CXTime(1234567890));
     fs::create_directory(folder.GetPath() / "dir");
     CXFileFind find;
-    EXPECT_FALSE(find.IsDirectory());
     ASSERT_TRUE(find.FindFile(folder.GetFile(L"*.txt").c_str()));
     EXPECT_TRUE(find.GetFileName().IsEmpty()) << "before the first";
     EXPECT_FALSE(find.FindNextFile()) << "there is one only";
@@ -98,15 +92,12 @@ TEST(FileFind, TellsAboutAnEntry)
     EXPECT_EQ(find.GetFilePath(), path);
     EXPECT_EQ(find.GetLength(), 5U);
     EXPECT_EQ(find.GetLastWriteTime(), CXTime(1234567890));
-    EXPECT_FALSE(find.IsDirectory());
-    EXPECT_FALSE(find.IsReadOnly());
+    EXPECT_FALSE(find.IsDirectory() || find.IsReadOnly());
     ASSERT_TRUE(find.FindFile(folder.GetFile(L"di*").c_str()));
     find.FindNextFile();
-    EXPECT_TRUE(find.IsDirectory());
-    EXPECT_EQ(find.GetLength(), 0U);
+    EXPECT_TRUE(find.IsDirectory() && find.GetLength() == 0);
     find.Close();
-    EXPECT_FALSE(find.FindNextFile());
-    EXPECT_TRUE(find.GetFileName().IsEmpty());
+    EXPECT_TRUE(!find.FindNextFile() && find.GetFileName().IsEmpty());
 }
 
 TEST(FileFind, TheFirstMatchingFileIsDescribed)
@@ -115,16 +106,14 @@ TEST(FileFind, TheFirstMatchingFileIsDescribed)
     CXTString<wchar_t> const directory = folder.GetPath().wstring().c_str();
     fs::create_directory(folder.GetPath() / "dir.kor");
     xFileFindInfo info;
-    unsigned int timeout = 0x80000000 + 10000;
-    EXPECT_FALSE(filePathContainMatchingFile(directory, L"*.kor", &info, &timeout));
-    EXPECT_FALSE(filePathContainMatchingFile(directory, L"dir.kor", &info));
+    EXPECT_FALSE(filePathContainMatchingFile(directory, L"*.kor", &info));
     EXPECT_TRUE(info.fileName.IsEmpty());
-    std::ofstream(folder.GetPath() / "scene.kor") << "12345";
+    write_file(folder.GetPath() / "scene.kor", "12345");
+    unsigned int timeout = 0x80000000 + 10000;
     EXPECT_TRUE(filePathContainMatchingFile(directory, L"*.KOR", &info, &timeout));
     EXPECT_EQ(timeout, 10000U);
     EXPECT_STREQ(info.fileName, L"scene.kor");
     EXPECT_EQ(info.filePath, directory + L"\\scene.kor");
     EXPECT_EQ(info.size, 5U);
-    EXPECT_TRUE(filePathContainMatchingFile(directory, L"scene.kor"));
     EXPECT_FALSE(filePathContainMatchingFile(folder.GetFile(L"none").c_str(), L"*"));
 }

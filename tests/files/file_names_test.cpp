@@ -5,54 +5,37 @@
 #include "kortools/files/path_separators.h"
 #include "kortools/files/tmp_name.h"
 #include "kortools/platform/message_box.h"
-#include "kortools/text/string_table.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/thread_language.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
+#include <utility>
 
 using String = CXTString<wchar_t>;
 
 namespace {
 
-// Collects what message boxes say while it lives.
-class MessageBoxes {
-public:
-    MessageBoxes()
+// Collects what message boxes say.
+class FileNames : public testing::Test {
+protected:
+    FileNames()
         : m_before(kortools::platform::set_message_box_handler([](wchar_t const *text, unsigned) {
             s_text += text;
             return 1;
         }))
     {
-        s_text.Empty();
     }
-    ~MessageBoxes() { kortools::platform::set_message_box_handler(m_before); }
-    MessageBoxes(MessageBoxes const &) = delete;
-    MessageBoxes &operator=(MessageBoxes const &) = delete;
+    ~FileNames() override { kortools::platform::set_message_box_handler(m_before); }
 
-    static String take()
-    {
-        String text = s_text;
-        s_text.Empty();
-        return text;
-    }
+    static String take() { return std::exchange(s_text, String()); }
+
+    TempFolder m_folder;
+    ThreadLanguage m_language { kortools::text::english };
 
 private:
     static inline String s_text;
     kortools::platform::MessageBoxHandler m_before;
-};
-
-class FileNames : public testing::Test {
-public:
-    FileNames(FileNames const &) = delete;
-    FileNames &operator=(FileNames const &) = delete;
-
-protected:
-    FileNames() { kortools::text::set_thread_language(kortools::text::english); }
-    ~FileNames() override { kortools::text::set_thread_language(0); }
-
-    TempFolder m_folder;
-    MessageBoxes m_boxes;
 };
 
 String without_invalid(String name, char replacement)
@@ -72,27 +55,17 @@ TEST_F(FileNames, InvalidCharactersCutAName)
     EXPECT_EQ(without_invalid(L" a ", '.'), L".a.");
 }
 
-TEST_F(FileNames, ValidOnesShowNothing)
-{
-    String const file = m_folder.GetFile(L"new file.txt");
-    EXPECT_TRUE(fileIsValidFileName(L"", checkAllowEmpty));
-    EXPECT_TRUE(fileIsValidFileName(L"a*b", 0));
-    EXPECT_TRUE(fileIsValidFileName(L"C:\\no?dir\\a", checkName))
-        << "the directory is not looked at";
-    EXPECT_TRUE(fileIsValidFileName(L"C:\\no dir\\a", checkWholePath));
-    EXPECT_TRUE(fileIsValidFileName(file, checkName | checkDirectory));
-    EXPECT_TRUE(fileIsValidFileName(L"a\\b", checkDirectory | checkAllowRelative));
-    EXPECT_EQ(m_boxes.take(), L"");
-}
-
-TEST_F(FileNames, OthersSayWhy)
+TEST_F(FileNames, ThatAreInvalidSayWhy)
 {
     String const characters = L"The name cannot contain the following characters: * ? \" < > |";
     struct {
         String name;
         unsigned flags;
         String message;
-    } const cases[] = {
+    } const cases[] = { { L"", checkAllowEmpty, L"" }, { L"a*b", 0, L"" },
+        { L"C:\\no?dir\\a", checkName, L"" }, { L"C:\\no dir\\a", checkWholePath, L"" },
+        { m_folder.GetFile(L"new file.txt"), checkName | checkDirectory, L"" },
+        { L"a\\b", checkDirectory | checkAllowRelative, L"" },
         { L"", 0, L"You must enter a file or a directory name." },
         { L"C:\\no dir\\a?b", checkName, characters + L" : / \\" },
         { L"a:", checkName, characters + L" : / \\" },
@@ -102,17 +75,12 @@ TEST_F(FileNames, OthersSayWhy)
             L"The path of the filename must be absolute (C:\\tmp\\example.txt)" },
         { m_folder.GetFile(L"none/a"), checkDirectory, L"Selected directory does not exist." },
         { L"C:\\no dir\\a", checkDirectory | checkAllowRelative,
-            L"Selected directory does not exist." },
-    };
+            L"Selected directory does not exist." } };
     for (auto const &each : cases) {
-        EXPECT_FALSE(fileIsValidFileName(each.name, each.flags | checkSilent));
-        EXPECT_EQ(m_boxes.take(), L"");
-        EXPECT_FALSE(fileIsValidFileName(each.name, each.flags));
-        EXPECT_EQ(m_boxes.take(), each.message);
-        kortools::text::set_thread_language(kortools::text::french);
-        EXPECT_FALSE(fileIsValidFileName(each.name, each.flags));
-        EXPECT_NE(m_boxes.take(), each.message);
-        kortools::text::set_thread_language(kortools::text::english);
+        EXPECT_EQ(fileIsValidFileName(each.name, each.flags | checkSilent), each.message.IsEmpty());
+        EXPECT_EQ(take(), L"");
+        EXPECT_EQ(fileIsValidFileName(each.name, each.flags), each.message.IsEmpty());
+        EXPECT_EQ(take(), each.message);
     }
 }
 

@@ -23,25 +23,22 @@ CXTString<wchar_t> to_unc(CXTString<wchar_t> const &path)
 
 } // namespace
 
-TEST(NetworkPaths, LocalDisks)
+TEST(NetworkPaths, AreToldByTheirBeginning)
 {
-    EXPECT_FALSE(fileIsOnNetworkDrive(L"C:\\"));
-    EXPECT_EQ(fileGetDriveType(L"C:\\"), fixed);
-    EXPECT_EQ(fileGetDriveType(L"C:\\none\\at\\all"), fixed);
-    EXPECT_EQ(fileGetDriveType(L"Q:\\x"), no_root);
-    EXPECT_EQ(fileGetDriveType(L""), no_root);
-    EXPECT_FALSE(fileIsOnNetworkDrive(L"Q:\\x"));
-    EXPECT_FALSE(fileIsOnNetworkDrive(L""));
-    EXPECT_STREQ(to_unc(L"C:\\none\\at\\all"), L"none");
-    EXPECT_STREQ(to_unc(L""), L"none");
-}
-
-TEST(NetworkPaths, SharesByName)
-{
-    EXPECT_TRUE(fileIsOnNetworkDrive(L"\\\\no_server\\share\\a"));
+    struct {
+        wchar_t const *path, *unc;
+        unsigned int type;
+        bool is_on_network;
+    } const cases[]
+        = { { L"C:\\none\\at\\all", L"none", fixed, false }, { L"C:\\", L"none", fixed, false },
+              { L"Q:\\x", L"none", no_root, false }, { L"", L"none", no_root, false },
+              { L"\\\\no_server\\share\\a", L"\\\\no_server\\share\\a", no_root, true } };
+    for (auto const &[path, unc, type, is_on_network] : cases) {
+        EXPECT_EQ(fileIsOnNetworkDrive(path), is_on_network) << kortools::core::quote(path);
+        EXPECT_EQ(fileGetDriveType(path), type) << kortools::core::quote(path);
+        EXPECT_STREQ(to_unc(path), unc);
+    }
     EXPECT_TRUE(fileIsOnNetworkDrive(L"//no_server/share"));
-    EXPECT_STREQ(to_unc(L"\\\\no_server\\share\\a"), L"\\\\no_server\\share\\a");
-    EXPECT_EQ(fileGetDriveType(L"\\\\no_server\\share\\a"), no_root);
 }
 
 TEST(MappedPaths, LieOnTheirShare)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/numbered_names.h"
 
+#include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 
 using String = CXTString<wchar_t>;
@@ -14,16 +14,14 @@ TEST(NumberedNames, TheEndingIsTheNumberInParenthesesOrNot)
         wchar_t const *name;
         wchar_t const *base;
         int number;
-    } const cases[] = {
-        { L"report", L"report", -1 }, { L"report (2)", L"report ", 2 },
+    } const cases[] = { { L"report", L"report", -1 }, { L"report (2)", L"report ", 2 },
         { L"report2", L"report", 2 }, { L"a007", L"a", 7 }, { L"a1(23)", L"a", 23 },
         { L"a((4)", L"a", 4 }, { L"a5)", L"a", 5 }, { L"a(6", L"a(", 6 }, { L"a()", L"a()", -1 },
         { L"a)", L"a)", -1 }, { L")", L")", -1 }, { L"(7)", L"(", 7 }, { L"42", L"4", 2 },
         { L"4", L"4", -1 }, { L"", L"", -1 }, { L"a2147483646", L"a", 2147483646 },
         { L"a2147483647", L"a2147483647", -1 },
         { L"a99999999999999999999999", L"a99999999999999999999999", -1 },
-        { L"a\x0663", L"a\x0663", -1 }, // digits of other scripts are letters
-    };
+        { L"a\x0663", L"a\x0663", -1 } }; // digits of other scripts are letters
     for (auto const &each : cases) {
         int number = 99;
         EXPECT_EQ(fileRemoveNameDigitEnding(each.name, number), each.base)
@@ -64,23 +62,16 @@ TEST(NumberedNames, AreCutToTheirLimitDownToTheNumber)
 TEST(NumberedNames, UniqueOnesSkipWhatExists)
 {
     TempFolder const folder;
-    auto const make = [&](wchar_t const *name) {
-        std::ofstream(std::filesystem::path(folder.GetFile(name))) << 1;
-    };
     String const name = folder.GetFile(L"report.txt");
     EXPECT_EQ(fileCreateUniqueName(name), name);
     EXPECT_EQ(fileCreateUniqueName(name, true, 0, true), folder.GetFile(L"report (1).txt"));
-    for (wchar_t const *const each : { L"report.txt", L"report (1).txt", L"report (2).txt" })
-        make(each);
+    for (wchar_t const *const each : { L"report.txt", L"report (1).txt", L"report (2).txt",
+             L"abcdefghij2x.txt", L"abcdefghij21.txt" })
+        kor_test::write_file(folder.GetFile(each), "");
     EXPECT_EQ(fileCreateUniqueName(name), folder.GetFile(L"report (3).txt"));
     EXPECT_EQ(fileCreateUniqueName(name, false), folder.GetFile(L"report1.txt"));
-    EXPECT_EQ(
-        fileCreateUniqueName(folder.GetFile(L"report (1).txt")), folder.GetFile(L"report (3).txt"));
-
     // The base is cut once: what is left of it is not taken for a number.
     int const limit = String(folder.GetFile(L"")).GetLength() + 16;
-    make(L"abcdefghij2x.txt");
-    make(L"abcdefghij21.txt");
     EXPECT_EQ(fileCreateUniqueName(folder.GetFile(L"abcdefghij2x.txt"), false, limit),
         folder.GetFile(L"abcdefghij22.txt"));
 }

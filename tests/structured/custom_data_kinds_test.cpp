@@ -1,222 +1,174 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/data/custom_data.h"
 #include "tests/structured/custom_data_support.h"
+#include "tests/structured/process_zone.h"
 
-#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
-#include <utility>
-
+#include <string>
+#include <vector>
 using namespace kor_test;
 
 namespace {
 
-struct KindCase {
-    char const *name;
-    std::function<void(CCustomData &)> set;
+using Data = CCustomData;
+
+// Gets entry 1 of one container and sets it in another; false when the getter does not find it.
+using Copy = std::function<bool(Data const &, Data &)>;
+
+template <class T, class Set> Copy number(bool (Data::*get)(unsigned, T &, T) const, Set set)
+{
+    return [=](Data const &from, Data &to) {
+        T value {};
+        bool const found = (from.*get)(1, value, 3);
+        if (found)
+            (to.*set)(1, value);
+        EXPECT_TRUE(found || value == T { 3 }) << "the default";
+        return found;
+    };
+}
+
+template <class T, class Get, class Set> Copy object(Get get, Set set)
+{
+    return [=](Data const &from, Data &to) {
+        T value;
+        bool const found = (from.*get)(1, value, T());
+        if (found)
+            (to.*set)(1, value);
+        return found;
+    };
+}
+
+template <class List, class Get, class Set> Copy list(Get get, Set set)
+{
+    return [=](Data const &from, Data &to) {
+        List values;
+        bool const found = (from.*get)(1, values) == 2;
+        (to.*set)(1, values);
+        return found;
+    };
+}
+
+struct Kind {
     unsigned kind;
     std::string bytes;
+    Copy copy;
 };
 
-std::vector<KindCase> kind_cases()
+std::vector<Kind> make_kinds()
 {
-    using Data = CCustomData;
     auto const u32 = [](unsigned value) { return ArchiveEncoder().u32(value).bytes(); };
     auto const u64 = [](unsigned long long value) { return ArchiveEncoder().u64(value).bytes(); };
-    auto const *const ptr = reinterpret_cast<void const *>(std::uintptr_t { 0x12345678 });
-    int const three[] = { 1, -1, 7 };
-    CCustomData inner;
-    inner.SetUChar(5, 200);
-    CCustomData::StringArray texts;
-    texts.Add(L"a");
-    texts.Add(L"");
-    auto const times
-        = ArchiveEncoder().u32(9).u32(5).u32(14).u32(15).u32(2).u32(124).u32(5).u32(74);
-    return {
-        { "int", [](Data &d) { d.SetInt(1, -2); }, four(" INT"), u32(-2U) },
-        { "uint", [](Data &d) { d.SetUInt(1, 0xFEDCBA98); }, four("UINT"), u32(0xFEDCBA98) },
-        { "long", [](Data &d) { d.SetLong(1, -3); }, four("LONG"), u32(-3U) },
-        { "ulong", [](Data &d) { d.SetULong(1, 0xFFFFFFFF); }, four("ULON"), u32(0xFFFFFFFF) },
-        { "longint", [](Data &d) { d.SetLongInt(1, -4); }, four("LLON"), u64(-4ULL) },
-        { "ulongint", [](Data &d) { d.SetULongInt(1, ~0ULL); }, four("ULLO"), u64(~0ULL) },
-        { "sizet", [](Data &d) { d.SetSizet(1, ~0ULL); }, four("ULLO"), u64(~0ULL) },
-        { "char", [](Data &d) { d.SetChar(1, '\x80'); }, four("CHAR"), "\x80" },
-        { "uchar", [](Data &d) { d.SetUChar(1, 0xFF); }, four("UCHR"), "\xFF" },
-        { "bool", [](Data &d) { d.SetBool(1, 256); }, four("BOOL"), u32(256) },
-        { "float", [](Data &d) { d.SetFloat(1, 1.5F); }, four("FLOA"), u32(0x3FC00000) },
-        { "double", [](Data &d) { d.SetDouble(1, -0.0); }, four("DOUB"), u64(1ULL << 63) },
-        { "ptr", [=](Data &d) { d.SetPtr(1, ptr); }, four("PTR6"), u64(0x12345678) },
-        { "binary", [](Data &d) { d.SetBinary(1, "a\0b", 3); }, four(" BIN"),
-            std::string("a\0b", 3) },
-        { "array", [=](Data &d) { d.SetArray(1, three, 3, 4); }, four("ARRA"),
-            u32(3) + u32(1) + u32(-1U) + u32(7) },
-        { "zeros", [](Data &d) { d.SetArray(1, nullptr, 2, 1); }, four("ARRA"),
-            u32(2) + std::string(2, '\0') },
-        { "wide", [](Data &d) { d.SetStringW(1, L"\U0001F600z"); }, four("UNIC"),
-            std::string("\x3D\xD8\x00\xDE\x7A\0\0\0", 8) },
-        { "narrow", [](Data &d) { d.SetStringA(1, "\xE9"); }, four("ANSI"),
-            std::string("\xE9\0", 2) },
-        { "texts", [=](Data &d) { d.SetStringArray(1, texts); }, four("USTR"),
-            std::string("a\0\0\0\0\0", 6) },
-        { "list",
-            [](Data &d) {
-                d.SetStringList(1, string_list({ L"", L"\u20AC" }));
-            },
-            four("USTR"), std::string("\0\0\xAC\x20\0\0", 6) },
-        { "time", [](Data &d) { d.SetXTime(1, CXTime(-5LL)); }, four("TIMX"), u64(-5ULL) },
-        { "utc", [](Data &d) { d.SetUTCTime(1, CXTime(1710511509LL)); }, four("TIME"),
-            times.bytes() + u32(0) },
-        { "nested", [=](Data &d) { d.AddToCustomData(1, inner, 1); }, four("CDA2"),
-            encode_entry(5, four("UCHR"), "\xC8") },
-    };
+    std::string fields; // of 2024-03-15 14:05:09, a Friday
+    for (unsigned const field : { 9, 5, 14, 15, 2, 124, 5, 74, 0 })
+        fields += u32(field);
+    using Text = CXTString<wchar_t>;
+    return { { four(" INT"), u32(-2U), number<int>(&Data::GetInt, &Data::SetInt) },
+        { four("UINT"), u32(0xFEDCBA98), number<unsigned>(&Data::GetUInt, &Data::SetUInt) },
+        { four("LONG"), u32(-3U), number<long>(&Data::GetLong, &Data::SetLong) },
+        { four("ULON"), u32(~0U), number<unsigned long>(&Data::GetULong, &Data::SetULong) },
+        { four("LLON"), u64(-4ULL), number<long long>(&Data::GetLongInt, &Data::SetLongInt) },
+        { four("ULLO"), u64(~0ULL),
+            number<unsigned long long>(&Data::GetULongInt, &Data::SetULongInt) },
+        { four("ULLO"), u64(5), number<std::size_t>(&Data::GetSizet, &Data::SetSizet) },
+        { four("CHAR"), "\x80", number<char>(&Data::GetChar, &Data::SetChar) },
+        { four("UCHR"), "\xFF", number<unsigned char>(&Data::GetUChar, &Data::SetUChar) },
+        { four("BOOL"), u32(256), number<int>(&Data::GetBool, &Data::SetBool) },
+        { four("FLOA"), u32(0x3FC00000), number<float>(&Data::GetFloat, &Data::SetFloat) },
+        { four("DOUB"), u64(1ULL << 63), number<double>(&Data::GetDouble, &Data::SetDouble) },
+        { four("PTR6"), u64(0x12345678),
+            [](Data const &from, Data &to) {
+                void *const value = from.GetPtr(1);
+                if (value)
+                    to.SetPtr(1, value);
+                return value != nullptr;
+            } },
+        { four(" BIN"), { "a\0b", 3 },
+            [](Data const &from, Data &to) {
+                char bytes[3];
+                bool const found = from.GetBinary(1, bytes, 3);
+                if (found)
+                    to.SetBinary(1, bytes, 3);
+                return found;
+            } },
+        { four("ARRA"), u32(2) + u32(1) + u32(-1U),
+            [](Data const &from, Data &to) {
+                unsigned count = 7;
+                void const *const values = from.GetArray(1, count, 4);
+                return values && to.SetArray(1, values, count, 4);
+            } },
+        { four("UNIC"), { "\x3D\xD8\x00\xDE\x7A\0\0\0", 8 },
+            object<Text>(&Data::GetString, &Data::SetStringW) },
+        { four("ANSI"), { "\xE9\0", 2 },
+            object<CXTString<char>>(&Data::GetStringA, &Data::SetStringA) },
+        { four("USTR"), { "a\0\0\0\0\0", 6 },
+            list<Data::StringArray>(&Data::GetStringArray, &Data::SetStringArray) },
+        { four("USTR"), { "\0\0\xAC\x20\0\0", 6 },
+            list<CStringList>(&Data::GetStringList, &Data::SetStringList) },
+        { four("TIMX"), u64(-5ULL), object<CXTime>(&Data::GetXTime, &Data::SetXTime) },
+        { four("TIME"), fields, object<CXTime>(&Data::GetUTCTime, &Data::SetUTCTime) },
+        { four("CDA2"), encode_entry(5, four("UCHR"), "\xC8"), [](Data const &from, Data &to) {
+             Data inner;
+             bool const found = from.GetCustomData(1, inner);
+             if (found)
+                 to.AddToCustomData(1, inner, 1);
+             return found;
+         } } };
 }
 
 } // namespace
 
-TEST(CustomDataKinds, EachSetterWritesItsBytes)
+TEST(CustomDataKinds, AreWrittenBySettersAndFoundByTheirOwnGettersOnly)
 {
-    for (KindCase const &row : kind_cases()) {
-        CCustomData data;
-        data.SetBinary(1, "0123456789", 10); // another size: the value moves to the end
-        data.SetChar(2, 1);
-        row.set(data);
-        EXPECT_EQ(block_of(data),
-            encode_entry(2, four("CHAR"), "\1") //
-                + encode_entry(1, row.kind, row.bytes))
-            << row.name;
-        EXPECT_EQ(data.GetDataKindOf(1), row.kind) << row.name;
-        EXPECT_EQ(data.GetDataSize(1), row.bytes.size()) << row.name;
-    }
-}
-
-// Which getters find a value of which kind?
-TEST(CustomDataKinds, AreFoundByTheirOwnGettersOnly)
-{
-    using Data = CCustomData;
-    auto const number = [](auto expected, auto get) {
-        return [=](Data const &data) {
-            auto const other = static_cast<decltype(expected)>(!expected);
-            auto value = expected;
-            bool const found = (data.*get)(1, value, other);
-            EXPECT_EQ(value, found ? expected : other);
-            return found;
-        };
-    };
-    bool (Data::*const get_bool)(unsigned, bool &, bool) const = &Data::GetBool;
-    bool (Data::*const get_bool_number)(unsigned, int &, int) const = &Data::GetBool;
-    std::pair<char const *, std::function<bool(Data const &)>> const getters[] = {
-        { "int", number(-2, &Data::GetInt) },
-        { "uint", number(0xFEDCBA98U, &Data::GetUInt) },
-        { "long", number(-3L, &Data::GetLong) },
-        { "ulong", number(0xFFFFFFFFUL, &Data::GetULong) },
-        { "longint", number(-4LL, &Data::GetLongInt) },
-        { "ulongint sizet", number(~0ULL, &Data::GetULongInt) },
-        { "ulongint sizet", number(~std::size_t {}, &Data::GetSizet) },
-        { "char", number('\x80', &Data::GetChar) },
-        { "uchar", number(static_cast<unsigned char>(0xFF), &Data::GetUChar) },
-        { "bool", number(true, get_bool) },
-        { "bool", number(256, get_bool_number) },
-        { "float", number(1.5F, &Data::GetFloat) },
-        { "double", number(-0.0, &Data::GetDouble) },
-        { "ptr", [](Data const &d) { return d.GetPtr(1) != nullptr; } },
-        { "binary",
-            [](Data const &d) {
-                char bytes[4] = {};
-                return d.GetBinary(1, bytes, 3) && bytes[3] == 0;
-            } },
-        { "array zeros",
-            [](Data const &d) {
-                unsigned count = 0;
-                return d.GetArray(1, count, 4) || d.GetArray(1, count, 1);
-            } },
-        { "wide",
-            [](Data const &d) {
-                CXTString<wchar_t> text;
-                bool const found = d.GetString(1, text, L"default");
-                EXPECT_EQ(text, found ? L"\U0001F600z" : L"default");
-                return found;
-            } },
-        { "narrow",
-            [](Data const &d) {
-                CXTString<char> text;
-                bool const found = d.GetStringA(1, text, "default");
-                EXPECT_EQ(text, found ? "\xE9" : "default");
-                return found;
-            } },
-        { "texts list",
-            [](Data const &d) {
-                CCustomData::StringArray texts;
-                CStringList list = string_list({ L"before" });
-                int const count = d.GetStringArray(1, texts);
-                EXPECT_EQ(count, d.GetStringList(1, list));
-                EXPECT_EQ(count, list.GetCount());
-                return count == 2;
-            } },
-        { "time",
-            [](Data const &d) {
-                CXTime time(3LL);
-                return d.GetXTime(1, time, CXTime(8LL)) && time == CXTime(-5LL);
-            } },
-        { "utc",
-            [](Data const &d) {
-                CXTime time(3LL);
-                bool const found = d.GetUTCTime(1, time, CXTime(8LL));
-                EXPECT_EQ(time, found ? CXTime(2024, 3, 15, 14, 5, 9, 0) : CXTime(8LL));
-                return found;
-            } },
-        { "nested",
-            [](Data const &d) {
-                CCustomData inner;
-                unsigned char value;
-                return d.GetCustomData(1, inner) && inner.GetUChar(5, value) && value == 200;
-            } },
-    };
-    for (KindCase const &row : kind_cases()) {
-        CCustomData data;
-        row.set(data);
-        for (auto const &[names, get] : getters) {
-            std::string const all = " " + std::string(names) + " ";
-            bool const expected = all.find(" " + std::string(row.name) + " ") != std::string::npos;
-            EXPECT_EQ(get(data), expected) << row.name << " by the getter of " << names;
+    ProcessZone const zone("UTC0");
+    std::vector<Kind> const kinds = make_kinds();
+    for (Kind const &row : kinds) {
+        OpenCustomData data;
+        data.set(1, row.kind, row.bytes);
+        for (Kind const &other : kinds) {
+            Data copied;
+            EXPECT_EQ(other.copy(data, copied), other.kind == row.kind)
+                << &row - kinds.data() << " by " << &other - kinds.data();
+            EXPECT_EQ(block_of(copied), other.kind == row.kind ? block_of(data) : "");
         }
     }
+    OpenCustomData data;
+    bool value = false;
+    data.SetBool(1, 256);
+    EXPECT_TRUE(data.GetBool(1, value) && value);
+    EXPECT_TRUE(data.SetArray(1, nullptr, 2, 1)); // of zeros
+    EXPECT_EQ(block_of(data), encode_entry(1, four("ARRA"), { "\2\0\0\0\0\0", 6 }));
 }
 
 TEST(CustomData, TextsWithoutTheirZerosAreCut)
 {
-    OpenCustomData data;
-    CXTString<wchar_t> text;
-    CXTString<char> narrow;
-    data.set(1, four("UNIC"), std::string_view("a\0b\0c", 5));
-    EXPECT_TRUE(data.GetString(1, text));
-    EXPECT_EQ(text, L"ab");
-    data.set(1, four("UNIC"), "a");
-    EXPECT_TRUE(data.GetString(1, text));
-    EXPECT_EQ(text, L"");
-    data.set(1, four("UTF8"), "\xC3\xA9\xE2\x82"); // the last sequence is cut, too
-    EXPECT_TRUE(data.GetString(1, text));
-    EXPECT_EQ(text, L"\u00E9\uFFFD");
-    data.set(1, four("UTF8"), std::string_view("ok\0no", 5));
-    EXPECT_TRUE(data.GetStringA(1, narrow));
-    EXPECT_EQ(narrow, "ok");
-    data.set(1, four("ANSI"), "ab");
-    EXPECT_TRUE(data.GetStringA(1, narrow));
-    EXPECT_EQ(narrow, "ab");
-
     struct {
         unsigned kind;
         std::string_view bytes;
         CStringList texts;
-    } const lists[] = {
+    } const rows[] = { { four("UNIC"), { "a\0b\0c", 5 }, string_list({ L"ab" }) },
+        { four("UNIC"), "a", string_list({ L"" }) },
+        { four("UTF8"), "\xC3\xA9\xE2\x82", string_list({ L"\u00E9\uFFFD" }) },
+        { four("UTF8"), { "ok\0no", 5 }, string_list({ L"ok" }) },
+        { four("ANSI"), "ab", string_list({ L"ab" }) },
         { four("USTR"), { "a\0\0\0b\0", 6 }, string_list({ L"a", L"b" }) },
         { four("USTR"), { "a\0\0\0b", 5 }, string_list({ L"a", L"" }) },
         { four("ASTR"), { "a\0\0b", 4 }, string_list({ L"a", L"", L"b" }) },
-        { four("U8TR"), { "\xC3\xA9\0x\0", 5 }, string_list({ L"\u00E9", L"x" }) },
-    };
-    for (auto const &row : lists) {
+        { four("U8TR"), { "\xC3\xA9\0x\0", 5 }, string_list({ L"\u00E9", L"x" }) } };
+    for (auto const &row : rows) {
+        OpenCustomData data;
         CStringList texts;
+        CXTString<wchar_t> text;
         data.set(1, row.kind, row.bytes);
-        EXPECT_EQ(data.GetStringList(1, texts), row.texts.GetCount());
-        EXPECT_EQ(texts, row.texts);
+        CXTString<char> narrow;
+        bool const is_narrow = data.GetStringA(1, narrow);
+        EXPECT_EQ(is_narrow, row.kind == four("ANSI") || row.kind == four("UTF8"));
+        if (data.GetString(1, text))
+            texts.AddTail(text);
+        else if (is_narrow)
+            texts.AddTail(CXTString<wchar_t>(narrow));
+        else
+            EXPECT_EQ(data.GetStringList(1, texts), row.texts.GetCount());
+        EXPECT_EQ(texts, row.texts) << &row - rows;
     }
 }

@@ -18,11 +18,13 @@ struct Crash { };
 
 #ifdef _WIN32
 constexpr int stride = 7; // Wine's files are slow
+constexpr int strikes = 2;
 #else
-constexpr int stride = 1;
+constexpr int stride = 3;
+constexpr int strikes = 20; // of the power at each step
 #endif
 
-enum class Stop { Crash, Failure };
+enum class Stop { Crash, Failure, PowerLoss };
 enum class Outcome { Saved, Stopped };
 
 // Writes a few bytes at a time, and stops before step `last` (from 0).
@@ -36,9 +38,9 @@ Outcome save_until(std::wstring const &path, RecordKey key, std::string const &c
             observe(kind, file);
         if (step++ != last)
             return;
-        if (stop == Stop::Crash)
-            throw Crash();
-        kortools::archive::throw_exception(new CXFileException(CXFileException::diskFull));
+        if (stop == Stop::Failure)
+            kortools::archive::throw_exception(new CXFileException(CXFileException::diskFull));
+        throw Crash();
     };
     try {
         save_record(path.c_str(), key, container.data(), container.size(), tuning);
@@ -63,83 +65,10 @@ std::string make_container(unsigned char fill, unsigned size)
     return to_stream(data);
 }
 
-class PreferencesCrash : public testing::Test {
-protected:
-    State load()
-    {
-        State state;
-        for (unsigned i = 0; i < 3; ++i) {
-            CCustomData data;
-            if (data.LoadFromPrefs(path.c_str(), i, 0))
-                state.m_containers[i] = to_stream(data);
-        }
-        return state;
-    }
-    void reset(State const &state)
-    {
-        std::filesystem::remove(path);
-        std::filesystem::remove(path + L".tmp");
-        for (unsigned i = 0; i < 3; ++i) {
-            std::string const &container = state.m_containers[i];
-            if (!container.empty())
-                save_record(path.c_str(), { i, 0 }, container.data(), container.size());
-        }
-        ASSERT_EQ(load(), state);
-    }
-
-    // Stops a save of record 0 at every step. What is there then is the state before or after it;
-    // and a save of record 2 that stops at every `step`-th step, and one that does not, keep it.
-    void stop_everywhere(State const &before, std::string const &saved, Stop stop, int step)
-    {
-        State after = before;
-        after.m_containers[0] = saved;
-        bool is_done = false;
-        bool was_after = false;
-        for (int last = 0; !is_done; ++last) {
-            bool is_recovered = false;
-            for (int again = 0; !is_recovered; again += step) {
-                ASSERT_NO_FATAL_FAILURE(reset(before));
-                is_done = save_until(path, { 0, 0 }, saved, last, stop) == Outcome::Saved;
-                State const found = load();
-                ASSERT_TRUE(found == after || (!is_done && !was_after && found == before)) << last;
-                was_after = found == after;
-                ASSERT_NO_FATAL_FAILURE(recover(found, again, stop, is_recovered)) << last;
-            }
-        }
-        EXPECT_TRUE(was_after);
-    }
-    void recover(State const &found, int last, Stop stop, bool &is_recovered)
-    {
-        State next = found;
-        next.m_containers[2] = make_container('n', 40);
-        is_recovered
-            = save_until(path, { 2, 0 }, next.m_containers[2], last, stop) == Outcome::Saved;
-        State const now = load();
-        ASSERT_TRUE(now == next || (!is_recovered && now == found)) << "again at " << last;
-        ASSERT_FALSE(is_recovered && std::filesystem::exists(path + L".tmp"));
-    }
-
-    TempFolder folder { get_fast_folder() };
-    std::wstring const path = folder.GetFile(L"App.prefs");
-};
-
-TEST_F(PreferencesCrash, EveryStepOfASaveAndOfTheNextOneLosesNothing)
+// No value when there is no such file.
+std::optional<std::string> find_file(std::wstring const &path)
 {
-    State const before = { { make_container('a', 20), make_container('b', 30), {} } };
-    stop_everywhere(before, make_container('s', 20), Stop::Crash, stride);
-    for (unsigned size : { 1U, 60U }) // shorter than before, longer
-        stop_everywhere(before, make_container('s', size), Stop::Crash, 6 * stride);
-}
-
-TEST_F(PreferencesCrash, TheFirstSaveOfAFileLosesNothing)
-{
-    stop_everywhere({}, make_container('s', 20), Stop::Crash, stride);
-}
-
-TEST_F(PreferencesCrash, AFailingDiskLosesNothing)
-{
-    State const before = { { make_container('a', 20), make_container('b', 30), {} } };
-    stop_everywhere(before, make_container('s', 35), Stop::Failure, 5 * stride);
+    return std::filesystem::exists(path) ? std::optional(read_file(path)) : std::nullopt;
 }
 
 // A disk that keeps what was flushed, and of everything else what it likes.
@@ -148,17 +77,17 @@ public:
     explicit PowerLoss(std::vector<std::wstring> const &paths)
     {
         for (std::wstring const &path : paths)
-            m_flushed[path] = m_named[path] = read_file(path);
+            m_flushed[path] = m_named[path] = find_file(path);
     }
 
     // Before a step of a save: what the one before has done.
     void observe(DiskStep step, std::wstring const &path)
     {
         if (m_last == DiskStep::Flush)
-            m_flushed[m_last_path] = read_file(m_last_path);
+            m_flushed[m_last_path] = find_file(m_last_path);
         for (auto &[name, contents] : m_named) {
             if (m_last == DiskStep::FlushNames)
-                contents = read_file(name);
+                contents = find_file(name);
         }
         m_last = step;
         m_last_path = path;
@@ -168,7 +97,7 @@ public:
     void strike(std::mt19937 &random)
     {
         for (auto const &[path, flushed] : m_flushed) {
-            std::optional<std::string> const now = read_file(path);
+            std::optional<std::string> const now = find_file(path);
             std::string const kept = flushed.value_or("");
             // A name that comes or goes has perhaps not done so on the disk.
             bool const was_there = m_named[path].has_value();
@@ -200,30 +129,85 @@ private:
     std::wstring m_last_path;
 };
 
-TEST_F(PreferencesCrash, PowerThatFailsAtAnyStepLosesNothing)
-{
-    std::mt19937 random(5);
-    State const before = { { make_container('a', 50), make_container('b', 30), {} } };
-    State after = before;
-    for (unsigned size : { 1U, 20U, 50U, 90U }) {
-        after.m_containers[0] = make_container('s', size);
-        Outcome outcome = Outcome::Stopped;
-        for (int last = 0; outcome == Outcome::Stopped; ++last) {
-            for (int strike = 0; strike < 14; strike += stride) {
+class PreferencesCrash : public testing::Test {
+protected:
+    State load()
+    {
+        State state;
+        for (unsigned i = 0; i < 3; ++i) {
+            CCustomData data;
+            if (data.LoadFromPrefs(path.c_str(), i, 0))
+                state.m_containers[i] = to_stream(data);
+        }
+        return state;
+    }
+    void reset(State const &state)
+    {
+        std::filesystem::remove(path);
+        std::filesystem::remove(path + L".tmp");
+        for (unsigned i = 0; i < 3; ++i) {
+            std::string const &container = state.m_containers[i];
+            if (!container.empty())
+                save_record(path.c_str(), { i, 0 }, container.data(), container.size());
+        }
+        ASSERT_EQ(load(), state);
+    }
+
+    // Stops a save of record 0 at every step. What is there then is the state before or after it;
+    // and a save of record 2 that stops at every `step`-th step, and one that does not, keep it.
+    void stop_everywhere(State const &before, std::string const &saved, Stop stop, int step)
+    {
+        std::mt19937 random(5);
+        State after = before;
+        after.m_containers[0] = saved;
+        bool is_done = false;
+        bool was_after = false;
+        for (int last = 0; !is_done; ++last) {
+            bool is_recovered = false;
+            for (int again = 0; !is_recovered; again += step) {
                 ASSERT_NO_FATAL_FAILURE(reset(before));
                 PowerLoss power({ path, path + L".tmp" });
-                outcome = save_until(path, { 0, 0 }, after.m_containers[0], last, Stop::Crash,
-                    [&](DiskStep step, wchar_t const *file) { power.observe(step, file); });
-                power.strike(random);
+                is_done
+                    = save_until(path, { 0, 0 }, saved, last, stop,
+                          [&](DiskStep kind, wchar_t const *file) { power.observe(kind, file); })
+                    == Outcome::Saved;
+                if (stop == Stop::PowerLoss)
+                    power.strike(random);
                 State const found = load();
-                ASSERT_TRUE(found == after || (outcome == Outcome::Stopped && found == before))
-                    << "before step " << last;
-                bool is_recovered = false;
-                ASSERT_NO_FATAL_FAILURE(recover(found, -1, Stop::Crash, is_recovered));
-                ASSERT_TRUE(is_recovered);
+                ASSERT_TRUE(found == after || (!is_done && !was_after && found == before)) << last;
+                was_after = found == after && stop != Stop::PowerLoss;
+                bool const is_struck = stop == Stop::PowerLoss; // differently each time
+                ASSERT_NO_FATAL_FAILURE(recover(found, is_struck ? -1 : again, stop, is_recovered))
+                    << last;
+                is_recovered = is_recovered && (!is_struck || again >= strikes);
             }
         }
     }
+    void recover(State const &found, int last, Stop stop, bool &is_recovered)
+    {
+        State next = found;
+        next.m_containers[2] = make_container('n', 40);
+        is_recovered
+            = save_until(path, { 2, 0 }, next.m_containers[2], last, stop) == Outcome::Saved;
+        State const now = load();
+        ASSERT_TRUE(now == next || (!is_recovered && now == found)) << "again at " << last;
+        ASSERT_FALSE(is_recovered && std::filesystem::exists(path + L".tmp"));
+    }
+
+    TempFolder folder { get_fast_folder() };
+    std::wstring const path = folder.GetFile(L"App.prefs");
+};
+
+TEST_F(PreferencesCrash, EveryStepOfASaveAndOfTheNextOneLosesNothing)
+{
+    State const before = { { make_container('a', 20), make_container('b', 30), {} } };
+    stop_everywhere(before, make_container('s', 20), Stop::Crash, stride);
+    for (unsigned size : { 1U, 60U }) // shorter than before, longer
+        stop_everywhere(before, make_container('s', size), Stop::Crash, 9 * stride);
+    stop_everywhere({}, make_container('s', 20), Stop::Crash, stride); // the first of a file
+    stop_everywhere(before, make_container('s', 35), Stop::Failure, 7 * stride);
+    for (unsigned size : { 1U, 90U })
+        stop_everywhere(before, make_container('s', size), Stop::PowerLoss, 1);
 }
 
 } // namespace

@@ -5,29 +5,14 @@
 
 #include "kortools/data/custom_data.h"
 #include "tests/archive/archive_encoder.h"
+#include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace kor_test {
-
-inline void write_file(std::wstring const &path, std::string const &bytes)
-{
-    std::ofstream(std::filesystem::path(path), std::ios::binary) << bytes;
-}
-
-// No value when there is no such file.
-inline std::optional<std::string> read_file(std::wstring const &path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    if (!file)
-        return std::nullopt;
-    return std::string(std::istreambuf_iterator<char>(file), {});
-}
 
 struct Record {
     unsigned id;

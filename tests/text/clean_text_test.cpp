@@ -6,44 +6,22 @@
 #include <gtest/gtest.h>
 
 #include <string_view>
+#include <utility>
 
 using String = CXTString<wchar_t>;
 
 TEST(CleanText, DropsMnemonicsAndMarkup)
 {
     EXPECT_EQ(CleanText(L"&Save && close&"), L"Save  close");
-    EXPECT_EQ(CleanText(L""), L"");
-
-    struct Row {
-        wchar_t const *text;
-        wchar_t const *clean;
-    };
-    Row const rows[] = {
-        { L"plain > text", L"plain > text" },
-        { L"a<b>c</b> > d", L"ac > d" },
-        { L"<b><i></i></b>", L"" },
-        { L"a<b<c>d>e", L"ad>e" }, // a span ends at the next ">" whatever it contains
-        { L"<>x<>", L"x" },
-        { L"a<b>c<d", L"ac<d" },
-        { L"<", L"<" },
-        { L"><", L"><" },
-        { L"", L"" },
-    };
-    for (Row const &row : rows)
-        EXPECT_EQ(CleanEnhancedText(row.text), row.clean);
-}
-
-TEST(CleanText, CapitalizesTheFirstCharacterOnly)
-{
-    String text = L"hELLO World";
-    CapitalizeText(text);
-    EXPECT_EQ(text, L"Hello world");
-    for (wchar_t const *const same : { L"", L"1ab", L"X" }) {
-        text = same;
-        CapitalizeText(text);
-        EXPECT_EQ(text, same);
-    }
-    EXPECT_EQ(LowerCaseString(L"A.KOR"), L"a.kor");
+    std::pair<wchar_t const *, wchar_t const *> const rows[]
+        = { { L"a<b>c</b> > d", L"ac > d" }, { L"<b><i></i></b>", L"" },
+              { L"a<b<c>d>e", L"ad>e" }, // a span ends at the next ">" whatever it contains
+              { L"<>x<>", L"x" }, { L"a<b>c<d", L"ac<d" }, { L"><", L"><" }, { L"", L"" } };
+    for (auto const &[text, clean] : rows)
+        EXPECT_EQ(CleanEnhancedText(text), clean);
+    String capitals = L"hELLO World";
+    CapitalizeText(capitals);
+    EXPECT_EQ(capitals, L"Hello world");
 }
 
 TEST(CleanText, LosesTheAccentsThatItKnowsAndNoOthers)
@@ -66,10 +44,6 @@ TEST(CleanText, LosesTheAccentsThatItKnowsAndNoOthers)
         RemoveDiacritics(narrow);
         ASSERT_EQ(narrow, CXTString<char>(static_cast<char>(text[0]))) << code;
     }
-    String text = L"\xC7"
-                  L"a \xE9t\xE9 \xC0\xF6";
-    RemoveDiacritics(text);
-    EXPECT_EQ(text, L"Ca ete \xC0\xF6");
     String cut(L"\xE9\0\xE9", 3);
     RemoveDiacritics(cut);
     EXPECT_EQ(cut.GetLength(), 1);
@@ -81,11 +55,9 @@ TEST(ScrambledText, ComesBackByteForByte)
     EXPECT_EQ(CText(L"\xFF"), L"\x02");
     EXPECT_EQ(CText(L"\x2161"), L"d"); // the low byte only
     EXPECT_EQ(DText(L"\x01"), L"\xFE");
-    EXPECT_EQ(CText(L""), L"");
     String all;
     for (int i = 0; i < 1024; ++i)
         all += static_cast<wchar_t>(i * 7 & 0xFF);
-    EXPECT_NE(CText(all), all);
     EXPECT_EQ(DText(CText(all)), all);
     EXPECT_EQ(CText(DText(all)), all);
 }

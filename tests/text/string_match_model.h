@@ -28,13 +28,17 @@ inline unsigned reduce(wchar_t ch)
     return byte >= 'a' && byte <= 'z' ? byte - 32 : byte;
 }
 
-// Quadratic, going back to the last star.
-inline bool match_word(Text const &word, Text const &text)
+// Quadratic, going back to the last star. In front of the first one, letters are compared by their
+// low bytes and without regard to case unless that counts.
+inline bool match_word(Text const &word, Text const &text, bool case_sensitive = false)
 {
     std::size_t t = 0;
     std::size_t w = 0;
     for (; t < text.size() && (w == word.size() || word[w] != L'*'); ++t, ++w) {
-        if (w == word.size() || (word[w] != L'?' && reduce(word[w]) != reduce(text[t])))
+        if (w == word.size())
+            return false;
+        bool const same = case_sensitive ? word[w] == text[t] : reduce(word[w]) == reduce(text[t]);
+        if (word[w] != L'?' && !same)
             return false;
     }
     std::size_t word_mark = 0;
