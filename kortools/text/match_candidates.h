@@ -104,4 +104,10 @@ private:
     std::vector<View> m_words;
 };
 
+// What one match needs.
+struct CandidateLists {
+    Candidates own;     // of the expression
+    Candidates lowered; // of its groups, where the expression minds case
+};
+
 } // namespace kortools::text

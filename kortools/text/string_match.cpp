@@ -10,12 +10,21 @@
 #include <utility>
 
 using kortools::text::CandidateCase;
+using kortools::text::CandidateLists;
 using kortools::text::Candidates;
 
 namespace {
 
 std::once_flag s_special_characters;
 std::atomic<int> s_nested_count = 0;
+
+// The lists, made when they are asked for first.
+CandidateLists &get_lists(std::unique_ptr<CandidateLists> &lists)
+{
+    if (!lists)
+        lists = std::make_unique<CandidateLists>();
+    return *lists;
+}
 
 bool combine(bool result, CXStringMatch::_Operator operation, bool item)
 {
@@ -58,17 +67,6 @@ CXStringMatch::Nested::~Nested()
         --s_nested_count;
 }
 
-CXStringMatch::Scratch::Scratch() = default;
-CXStringMatch::Scratch::Scratch(Scratch const &) noexcept { }
-CXStringMatch::Scratch::~Scratch() = default;
-
-Candidates &CXStringMatch::Scratch::get(int index)
-{
-    if (!m_candidates)
-        m_candidates = std::make_unique<Candidates[]>(2);
-    return m_candidates[static_cast<std::size_t>(index)];
-}
-
 CXStringMatch::CXStringMatch()
 {
     std::call_once(s_special_characters, [] {
@@ -77,9 +75,23 @@ CXStringMatch::CXStringMatch()
     });
 }
 
-CXStringMatch::CXStringMatch(CXStringMatch const &other) = default;
+// A copy begins without lists.
+CXStringMatch::CXStringMatch(CXStringMatch const &other)
+    : m_items(other.m_items)
+    , m_mode(other.m_mode)
+    , m_caseSensitive(other.m_caseSensitive)
+    , m_hasQuote(other.m_hasQuote)
+    , m_isValid(other.m_isValid)
+{
+}
+
 CXStringMatch::CXStringMatch(CXStringMatch &&other) noexcept = default;
-CXStringMatch &CXStringMatch::operator=(CXStringMatch const &other) = default;
+
+CXStringMatch &CXStringMatch::operator=(CXStringMatch const &other)
+{
+    return *this = CXStringMatch(other);
+}
+
 CXStringMatch &CXStringMatch::operator=(CXStringMatch &&other) noexcept = default;
 CXStringMatch::~CXStringMatch() = default;
 
@@ -143,11 +155,10 @@ bool CXStringMatch::MatchWord(CXTString<wchar_t> const &word, Texts const &texts
 
 bool CXStringMatch::InternalMatch(Texts const &texts, Mode /*mode*/)
 {
-    Candidates &own = m_scratch.get(0);
+    auto &[own, lowered] = get_lists(m_lists);
     own.set_words({ texts.begin(), texts.end() });
     if (!has_nested())
         return match_items(own, own);
-    Candidates &lowered = m_scratch.get(1);
     lowered.set_texts({ texts.begin(), texts.end() }, CandidateCase::Lower);
     return match_items(own, lowered);
 }
@@ -162,11 +173,10 @@ bool CXStringMatch::match_texts(std::span<CXTString<wchar_t> const> texts)
 {
     if (!m_isValid || m_items.empty())
         return m_isValid;
-    Candidates &own = m_scratch.get(0);
+    auto &[own, lowered] = get_lists(m_lists);
     own.set_texts(texts, m_caseSensitive ? CandidateCase::Keep : CandidateCase::Lower);
     if (!m_caseSensitive || !has_nested())
         return match_items(own, own);
-    Candidates &lowered = m_scratch.get(1);
     lowered.set_texts(texts, CandidateCase::Lower);
     return match_items(own, lowered);
 }

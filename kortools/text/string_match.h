@@ -42,7 +42,8 @@
 
 namespace kortools::text {
 class Candidates;
-}
+struct CandidateLists;
+} // namespace kortools::text
 
 class KORTOOLS_API CXStringMatch {
 public:
@@ -150,20 +151,6 @@ private:
         Nested nested;              // of a group
     };
 
-    // What one match needs, for the next one. Copies begin without it.
-    class Scratch {
-    public:
-        Scratch();
-        Scratch(Scratch const &) noexcept;
-        Scratch &operator=(Scratch const &) noexcept { return *this; }
-        ~Scratch();
-
-        kortools::text::Candidates &get(int index); // 0 or 1
-
-    private:
-        std::unique_ptr<kortools::text::Candidates[]> m_candidates; // null at first
-    };
-
     static bool is_special_at(CXTString<wchar_t> const &text, int index);
     static bool escape_quoted(CXTString<wchar_t> const &text, CXTString<wchar_t> &escaped);
     static CXTString<wchar_t> remove_escapes(CXTString<wchar_t> const &word);
@@ -177,7 +164,7 @@ private:
         kortools::text::Candidates const &own, kortools::text::Candidates const &lowered);
 
     std::vector<OwnItem> m_items;
-    Scratch m_scratch;
+    std::unique_ptr<kortools::text::CandidateLists> m_lists; // null before the first match
     Mode m_mode = mode_expression;
     bool m_caseSensitive = false;
     bool m_hasQuote = false; // whole texts are candidates, too
