@@ -152,6 +152,7 @@ public:
     }
 
     void clear() { reset(size); }
+    void free() { reset(initial_size = 23); }
 
 private:
     void reset(unsigned new_size)
