@@ -24,11 +24,6 @@ template <class T, std::size_t n> std::basic_string<T> lit(char const (&text)[n]
     return std::basic_string<T>(text, text + n - 1);
 }
 
-template <class T> std::basic_string<T> to_std(CXTString<T> const &text)
-{
-    return std::basic_string<T>(text.begin(), text.end());
-}
-
 // A text of up to `longest` letters out of the first few of the alphabet, so that everything
 // occurs in everything.
 template <class T>

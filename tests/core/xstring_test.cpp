@@ -62,9 +62,6 @@ TYPED_TEST(XString, GrowsFromTheBlockThereIs)
         grown = built;
         EXPECT_EQ(grown.GetCapacity(), each.grown) << each.length;
         EXPECT_EQ(grown, model);
-        grown.Empty();
-        EXPECT_EQ(grown.GetCapacity(), each.grown);
-        EXPECT_EQ(*grown.GetConstBuffer(), T());
     }
     CXTString<T> appended;
     for (int length = 1; length <= 200; ++length) {
@@ -124,34 +121,25 @@ TYPED_TEST(XString, IsMadeFromEverythingThatHoldsText)
 TYPED_TEST(XString, TakesNullPointersForEmptyText)
 {
     using T = TypeParam;
-    T const *const null = nullptr;
-    OtherWidth<T> const *const other_null = nullptr;
-    unsigned char const *const byte_null = nullptr;
-    EXPECT_TRUE(CXTString<T>(null).IsEmpty());
-    EXPECT_TRUE(CXTString<T>(null, 3).IsEmpty());
-    EXPECT_TRUE(CXTString<T>(other_null).IsEmpty());
-    EXPECT_TRUE(CXTString<T>(byte_null).IsEmpty());
-    EXPECT_EQ(CXTString<T>(nullptr).GetCapacity(), 16);
-
-    CXTString<T> text = lit<T>("kept");
-    text += null;
-    text += other_null;
-    text += byte_null;
-    text += nullptr;
-    EXPECT_EQ(text, lit<T>("kept"));
-    EXPECT_GT(text.Compare(null), 0);
-    EXPECT_FALSE(text == null);
-    auto const check_emptied = [&](auto const &assign) {
-        text = lit<T>("gone");
-        assign();
-        EXPECT_EQ(text, null);
-        EXPECT_EQ(text.Compare(null), 0);
+    auto const check = [](auto const &null) {
+        EXPECT_TRUE(CXTString<T>(null).IsEmpty());
+        CXTString<T> text = lit<T>("kept");
+        text += null;
+        EXPECT_EQ(text, lit<T>("kept"));
+        text = null;
+        EXPECT_TRUE(text.IsEmpty());
     };
-    check_emptied([&] { text = null; });
-    check_emptied([&] { text = other_null; });
-    check_emptied([&] { text = byte_null; });
-    check_emptied([&] { text = nullptr; });
-    check_emptied([&] { text.Copy(null, 2); });
+    T const *const null = nullptr;
+    check(null);
+    check(static_cast<OtherWidth<T> const *>(nullptr));
+    check(static_cast<unsigned char const *>(nullptr));
+    check(nullptr);
+    CXTString<T> text = lit<T>("text");
+    EXPECT_TRUE(text.Compare(null) > 0 && !(text == null));
+    text.Copy(null, 2);
+    EXPECT_TRUE(text.Compare(null) == 0 && text == null);
+    EXPECT_TRUE(CXTString<T>(null, 3).IsEmpty());
+    EXPECT_EQ(CXTString<T>(nullptr).GetCapacity(), 16);
 }
 
 TYPED_TEST(XString, MayBeItsOwnArgument)
@@ -161,28 +149,18 @@ TYPED_TEST(XString, MayBeItsOwnArgument)
         std::basic_string<T> model;
         for (int i = 0; i < length; ++i)
             model += static_cast<T>('a' + i);
-        CXTString<T> const original = model;
-
-        CXTString<T> text = original;
-        text += text;
-        EXPECT_EQ(text, model + model);
-        text = original;
-        text += text.GetAtPtr(3);
-        EXPECT_EQ(text, model + model.substr(3));
-        text = original;
-        text = text.GetAtPtr(2);
-        EXPECT_EQ(text, model.substr(2));
-        text = original;
-        text = text[1];
-        EXPECT_EQ(text, model.substr(1, 1));
-        text = original;
-        text.Copy(text.GetAtPtr(1), 3);
-        EXPECT_EQ(text, model.substr(1, 3));
-        text = original;
-        text = std::as_const(text);
-        EXPECT_EQ(text, model);
-        text = static_cast<CXTString<T> &&>(text);
-        EXPECT_EQ(text, model);
+        auto const check = [&](auto const &change, std::basic_string<T> const &expected) {
+            CXTString<T> text = model;
+            change(text);
+            EXPECT_EQ(text, expected);
+        };
+        check([](auto &text) { text += text; }, model + model);
+        check([](auto &text) { text += text.GetAtPtr(3); }, model + model.substr(3));
+        check([](auto &text) { text = text.GetAtPtr(2); }, model.substr(2));
+        check([](auto &text) { text = text[1]; }, model.substr(1, 1));
+        check([](auto &text) { text.Copy(text.GetAtPtr(1), 3); }, model.substr(1, 3));
+        check([](auto &text) { text = std::as_const(text); }, model);
+        check([](auto &text) { text = static_cast<CXTString<T> &&>(text); }, model);
     }
 }
 
@@ -232,11 +210,7 @@ TYPED_TEST(XString, SharesItsBuffer)
     text.Copy(lit<T>("xyz").c_str(), 0);
     EXPECT_TRUE(text.IsEmpty());
 
-    CXTCharArray<T> &characters = text;
-    characters.SetLength(1);
-    characters[0] = T('q');
-    EXPECT_EQ(text, lit<T>("q"));
-
+    text = T('q');
     long long const capacity = text.GetCapacity();
     T *const block = text.DetachBuffer();
     EXPECT_EQ(block, lit<T>("q"));
@@ -247,8 +221,8 @@ TYPED_TEST(XString, SharesItsBuffer)
     EXPECT_FALSE(CXTString<T>() <= text);
     EXPECT_FALSE(CXTString<T>(T('z')) >= text);
     std::free(block);
-    text = lit<T>("again").c_str();
-    EXPECT_EQ(text, lit<T>("again"));
+    text = T('a');
+    EXPECT_EQ(text, lit<T>("a"));
 }
 
 TYPED_TEST(XString, ReadsZeroAndWritesNothingOutsideTheText)
@@ -287,12 +261,18 @@ TYPED_TEST(XString, OrdersByUnsignedUnitsAndByLength)
             CXTString<T> const b = sorted[j];
             int const order = a.Compare(b);
             ASSERT_EQ((order > 0) - (order < 0), (i > j) - (i < j)) << i << j;
-            ASSERT_EQ(a == b, i == j);
-            ASSERT_EQ(a != b, i != j);
-            ASSERT_EQ(a < b, i < j);
-            ASSERT_EQ(a <= b, i <= j);
-            ASSERT_EQ(a > b, i > j);
-            ASSERT_EQ(a >= b, i >= j);
+            ASSERT_TRUE((a == b) == (i == j) && (a != b) == (i != j) && (a < b) == (i < j)
+                && (a <= b) == (i <= j) && (a > b) == (i > j) && (a >= b) == (i >= j))
+                << i << ' ' << j;
+        }
+    }
+    for (std::size_t const length : { 1, 3, 5, 17, 33, 67, 300, 1100, 2100 }) {
+        CXTString<T> const base(T('m'), static_cast<int>(length));
+        for (std::size_t at = 0; at < length; at += 1 + length / 70) {
+            CXTString<T> lower = base;
+            lower.SetAt(static_cast<int>(length) - 1, T('z')); // does not count
+            lower.SetAt(static_cast<int>(at), T('l'));
+            ASSERT_TRUE(lower < base && base > lower && lower != base) << length << ' ' << at;
         }
     }
     auto const literal = lit<T>("m");
@@ -302,23 +282,6 @@ TYPED_TEST(XString, OrdersByUnsignedUnitsAndByLength)
     T const *const null = nullptr;
     EXPECT_FALSE(k < null || k <= null || k > null || k >= null);
     EXPECT_GT(k, PlatformText<T>(lit<T>(""))); // empty, not null
-}
-
-TYPED_TEST(XString, OrdersByTheFirstDifferenceWhereverItIs)
-{
-    using T = TypeParam;
-    for (std::size_t const length : { 1, 3, 5, 17, 33, 67, 300, 1100, 2100 }) {
-        std::basic_string<T> const base(length, T('m'));
-        for (std::size_t at = 0; at < length; at += 1 + length / 70) {
-            std::basic_string<T> lower = base;
-            lower[at] = T('l');
-            lower.back() = at + 1 < length ? T('z') : lower.back(); // a later one does not count
-            CXTString<T> const a = lower;
-            ASSERT_LT(a, CXTString<T>(base)) << length << ' ' << at;
-            ASSERT_GT(CXTString<T>(base), a) << length << ' ' << at;
-            ASSERT_NE(a, base);
-        }
-    }
 }
 
 TEST(XStringWide, OrdersCodePointsByTheirSurrogates)
@@ -365,12 +328,6 @@ TEST(XStringUse, ReadsLikeOrdinaryCode)
     EXPECT_LT(s.Compare(PlatformText<wchar_t>(L"y")), 0);
     EXPECT_EQ(CXTString<wchar_t>(s).Insert(1, platform), 2);
     EXPECT_EQ((CXTString<char>("a") + "b" + 'c'), "abc");
-    EXPECT_EQ(std::wcslen(s), 1u);
-    wchar_t const literal[] = L"in";
-    std::wstring out;
-    for (wchar_t const ch : CXTString<wchar_t>(literal))
-        out += ch;
-    EXPECT_EQ(out, L"in");
     static_assert(!TakesNumbers<CXTString<wchar_t>>);
 }
 
@@ -379,7 +336,4 @@ TEST(XStringUse, IsPrintedInAscii)
     EXPECT_EQ(testing::PrintToString(CXTString<char>("a\"\\\n\x80z")), R"("a\"\\\n\x80z")");
     CXTString<wchar_t> const wide = std::wstring(L"a\t\u00E9\u20AC").append(1, L'\0');
     EXPECT_EQ(testing::PrintToString(wide), R"("a\t\xE9\x{20AC}\0")");
-    std::ostringstream stream;
-    stream << CXTString<char>("plain");
-    EXPECT_EQ(stream.str(), "plain");
 }
