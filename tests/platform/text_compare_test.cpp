@@ -47,24 +47,25 @@ TEST(TextCompare, CaseMappingIsTheRecordedOne)
     }
 }
 
+template <class T>
+void expect_caseless_order(
+    std::basic_string<T> const &a, std::basic_string<T> const &b, OracleRow const &row)
+{
+    int const expected = std::stoi(row[2]);
+    EXPECT_EQ(sign(platform::compare_no_case(a.c_str(), b.c_str())), expected)
+        << testing::PrintToString(row);
+    EXPECT_EQ(sign(platform::collate_no_case(b.c_str(), a.c_str())), -expected)
+        << testing::PrintToString(row);
+}
+
 TEST(TextCompare, CaselessOrderIsTheRecordedOne)
 {
-    for (OracleRow const &row : kor_test::read_oracle("crt_wcsicmp.tsv")) {
-        std::wstring const a = kor_test::to_wide(kor_test::unescape(row[0]));
-        std::wstring const b = kor_test::to_wide(kor_test::unescape(row[1]));
-        EXPECT_EQ(sign(platform::compare_no_case(a.c_str(), b.c_str())), std::stoi(row[2]))
-            << testing::PrintToString(row);
-        EXPECT_EQ(sign(platform::collate_no_case(b.c_str(), a.c_str())), -std::stoi(row[2]))
-            << testing::PrintToString(row);
-    }
-    for (OracleRow const &row : kor_test::read_oracle("crt_stricmp.tsv")) {
-        std::string const a = kor_test::bytes_from_hex(row[0]);
-        std::string const b = kor_test::bytes_from_hex(row[1]);
-        EXPECT_EQ(sign(platform::compare_no_case(a.c_str(), b.c_str())), std::stoi(row[2]))
-            << testing::PrintToString(row);
-        EXPECT_EQ(sign(platform::collate_no_case(b.c_str(), a.c_str())), -std::stoi(row[2]))
-            << testing::PrintToString(row);
-    }
+    for (OracleRow const &row : kor_test::read_oracle("crt_wcsicmp.tsv"))
+        expect_caseless_order(kor_test::to_wide(kor_test::unescape(row[0])),
+            kor_test::to_wide(kor_test::unescape(row[1])), row);
+    for (OracleRow const &row : kor_test::read_oracle("crt_stricmp.tsv"))
+        expect_caseless_order(
+            kor_test::bytes_from_hex(row[0]), kor_test::bytes_from_hex(row[1]), row);
 }
 
 TEST(TextCompare, OrderIsThatOfUtf16UnitsAndUnsignedBytes)
@@ -85,28 +86,26 @@ TEST(TextCompare, OrderIsThatOfUtf16UnitsAndUnsignedBytes)
     EXPECT_LT(platform::collate("Z", "\xE9"), 0);
 }
 
-TEST(TextCompare, TextOfAnyLengthCollates)
+// Lengths around those of the buffers.
+void expect_no_case(wchar_t small, wchar_t capital)
 {
-    for (std::size_t const length : { 255U, 256U, 257U, 100000U }) {
-        std::wstring const small(length, L'q');
-        std::wstring const capital(length, L'Q');
-        EXPECT_EQ(platform::collate_no_case(small.c_str(), capital.c_str()), 0) << length;
-        EXPECT_GT(platform::collate_no_case((small + L"x").c_str(), capital.c_str()), 0) << length;
+    for (std::size_t const length : { 254U, 255U, 256U, 257U, 100000U }) {
+        std::wstring const a(length, small);
+        std::wstring const b(length, capital);
+        EXPECT_EQ(platform::collate_no_case(a.c_str(), b.c_str()), 0) << length;
+        EXPECT_GT(platform::collate_no_case((a + L"x").c_str(), b.c_str()), 0) << length;
+        EXPECT_NE(platform::collate(a.c_str(), b.c_str()), 0) << length;
     }
 }
 
 TEST(TextCompare, AnotherLocaleBringsItsOwnCaseMapping)
 {
+    expect_no_case(L'q', L'Q');
     ScopedLocale const locale { "C.UTF-8", "French_France.1252" };
     ASSERT_TRUE(locale);
     EXPECT_EQ(platform::to_lower(L'\x00C9'), L'\x00E9');
     EXPECT_EQ(platform::compare_no_case(L"\x00C9t\x00C9", L"\x00E9T\x00E9"), 0);
-    for (std::size_t const length : { 254U, 255U, 256U, 100000U }) {
-        std::wstring const small(length, L'\x00E9');
-        std::wstring const capital(length, L'\x00C9');
-        EXPECT_EQ(platform::collate_no_case(small.c_str(), capital.c_str()), 0) << length;
-        EXPECT_NE(platform::collate(small.c_str(), capital.c_str()), 0) << length;
-    }
+    expect_no_case(L'\x00E9', L'\x00C9');
 }
 
 } // namespace

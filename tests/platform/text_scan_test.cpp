@@ -69,27 +69,20 @@ int get_length(char const *text, char const *end)
 TEST(TextScan, IntegersAreThoseOfTheCLibrary)
 {
     Texts texts(1);
-    struct {
-        char const *directive;
-        int base;
-    } const signed_forms[] = { { "%lld", 10 }, { "%I64i", 0 } },
-            unsigned_forms[] = { { "%llu", 10 }, { "%I64o", 8 }, { "%jx", 16 } };
     for (int step = 0; step < 20000; ++step) {
         std::string const prefix = step % 3 ? "" : step % 2 ? " -0X1" : "0x1";
         std::string const text = prefix + texts.make(step % 2 ? "0123456789-+ aFg" : "0129", 24);
         char *end = nullptr;
-        for (auto const &form : signed_forms) {
-            long long const value = std::strtoll(text.c_str(), &end, form.base);
-            auto const scanned = scan_number<long long>(text, form.directive);
-            ASSERT_EQ(scanned.length, get_length(text.c_str(), end)) << text << form.directive;
-            ASSERT_EQ(scanned.value, value) << text << form.directive;
-        }
-        for (auto const &form : unsigned_forms) {
-            unsigned long long const value = std::strtoull(text.c_str(), &end, form.base);
-            auto const scanned = scan_number<unsigned long long>(text, form.directive);
-            ASSERT_EQ(scanned.length, get_length(text.c_str(), end)) << text << form.directive;
-            ASSERT_EQ(scanned.value, value) << text << form.directive;
-        }
+        auto const check = [&](char const *directive, auto value) {
+            auto const scanned = scan_number<decltype(value)>(text, directive);
+            ASSERT_EQ(scanned.length, get_length(text.c_str(), end)) << text << directive;
+            ASSERT_EQ(scanned.value, value) << text << directive;
+        };
+        check("%lld", std::strtoll(text.c_str(), &end, 10));
+        check("%I64i", std::strtoll(text.c_str(), &end, 0));
+        check("%llu", std::strtoull(text.c_str(), &end, 10));
+        check("%I64o", std::strtoull(text.c_str(), &end, 8));
+        check("%jx", std::strtoull(text.c_str(), &end, 16));
     }
 }
 
@@ -244,9 +237,10 @@ TEST(TextScan, EndOfTextBeforeTheFirstConversionIsMinusOne)
     EXPECT_EQ(scan("  ", "%d", &value), -1);
     EXPECT_EQ(scan("ab", "abc%d", &value), -1);
     EXPECT_EQ(scan("", ""), 0);
-    EXPECT_EQ(scan("x", "%d", &value), 0);
     EXPECT_EQ(scan("1", "%*d%d", &value), 0);
-    EXPECT_EQ(scan("1 ", "%d %d", &value, &value), 1);
+    EXPECT_EQ(scan("1,2;3", "%d,%d,%d", &value, &value, &value), 2);
+    EXPECT_EQ(scan(L"50% off 3", L"%d%% off%d", &value, &value), 2);
+    EXPECT_EQ(value, 3);
     EXPECT_EQ(scan("a b", "a b%n", &value), 0);
     EXPECT_EQ(value, 3);
 }
@@ -268,19 +262,6 @@ TEST(TextScan, TextAndNumbersFollowTheLocale)
         EXPECT_EQ(scan(L"\x20AC\x20AC", L"%hs", bytes, size), fits ? 1 : 0);
         EXPECT_EQ(bytes, fits ? euro + euro : "");
     }
-}
-
-TEST(TextScan, LiteralsAndDates)
-{
-    int part[6] = {};
-    EXPECT_EQ(scan(L"2024:02:29 13:05:59", L"%d:%d:%d %d:%d:%d", part, part + 1, part + 2, part + 3,
-                  part + 4, part + 5),
-        6);
-    EXPECT_EQ(part[1], 2);
-    EXPECT_EQ(part[5], 59);
-    EXPECT_EQ(scan("50% off 3", "%d%% off%d", part, part + 1), 2);
-    EXPECT_EQ(part[1], 3);
-    EXPECT_EQ(scan("1,2;3", "%d,%d,%d", part, part + 1, part + 2), 2);
 }
 
 TEST(TextScan, HostileFormatsEndTheScan)
