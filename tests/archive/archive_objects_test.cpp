@@ -6,8 +6,6 @@
 
 #include <functional>
 #include <pthread.h>
-#include <random>
-#include <unordered_map>
 #include <vector>
 
 using kor_test::ArchiveEncoder;
@@ -104,91 +102,6 @@ CXArchiveException::ArchiveExceptionType cause_of_reading(std::string const &byt
 
 } // namespace
 
-TEST(ArchiveObjects, PointersOfAllKindsReferToTheSameObjects)
-{
-    TestVersioned versioned;
-    TestNode const *const node = &versioned;
-    CXObject const *const object = &versioned;
-    auto const bytes
-        = store_bytes([&](CXArchive &archive) { archive << object << node << &versioned; });
-    load_bytes(bytes, [](CXArchive &archive) {
-        TestNode *loaded = nullptr;
-        CXObject const *same = nullptr;
-        TestVersioned const *same_again = nullptr;
-        archive >> loaded >> same >> same_again;
-        EXPECT_EQ(same, loaded);
-        EXPECT_EQ(same_again, loaded);
-        delete loaded;
-    });
-}
-
-// The writer of the format for graphs of TestNode, and how each node of such a graph is reached.
-class GraphModel {
-public:
-    void encode(TestNode const *node)
-    {
-        if (!node) {
-            m_bytes.u16(0);
-            return;
-        }
-        if (unsigned const index = m_indices[node]) {
-            m_bytes.old_object(index);
-            return;
-        }
-        bool const versioned = dynamic_cast<TestVersioned const *>(node) != nullptr;
-        unsigned &class_index = m_classes[versioned];
-        if (class_index != 0)
-            m_bytes.old_class(class_index);
-        else
-            versioned ? m_bytes.new_class("TestVersioned", 7) : m_bytes.new_class("TestNode", 3);
-        if (class_index == 0)
-            class_index = m_next++;
-        m_indices[node] = m_next++;
-        m_bytes.u32(static_cast<unsigned>(node->m_value)).count(node->m_links.size());
-        for (TestNode const *const link : node->m_links)
-            encode(link);
-    }
-    std::string const &bytes() const { return m_bytes.bytes(); }
-    std::unordered_map<TestNode const *, unsigned> const &indices() const { return m_indices; }
-
-private:
-    ArchiveEncoder m_bytes;
-    std::unordered_map<TestNode const *, unsigned> m_indices;
-    unsigned m_classes[2] = {};
-    unsigned m_next = 1;
-};
-
-TEST(ArchiveObjects, RandomGraphsAreWrittenAsTheModelDoesAndReadAsTheSameGraph)
-{
-    for (unsigned seed = 0; seed < 60; ++seed) {
-        std::mt19937 random(seed);
-        std::vector<std::unique_ptr<TestNode>> nodes(1 + random() % 300);
-        for (auto &node : nodes)
-            node = random() % 3 == 0 ? std::make_unique<TestVersioned>()
-                                     : std::make_unique<TestNode>();
-        for (auto &node : nodes) {
-            node->m_value = static_cast<int>(random());
-            for (auto links = random() % 4; links != 0; --links)
-                node->m_links.push_back(
-                    random() % 8 ? nodes[random() % nodes.size()].get() : nullptr);
-        }
-        GraphModel model;
-        model.encode(nodes[0].get());
-        auto const bytes = store_bytes([&](CXArchive &archive) { archive << nodes[0].get(); });
-        ASSERT_EQ(bytes, model.bytes()) << "seed " << seed;
-
-        kor_test::StreamFile file(bytes, 1 + seed);
-        CXArchive archive(&file, CXArchive::load, 128);
-        TestNode *loaded = nullptr;
-        archive >> loaded;
-        GraphModel again; // equal bytes mean an equal graph, since the model has every node once
-        again.encode(loaded);
-        ASSERT_EQ(again.bytes(), bytes) << "seed " << seed;
-        for (auto const &[node, index] : again.indices())
-            delete node;
-    }
-}
-
 TEST(ArchiveObjects, IndicesFrom7FFFOnTakeFourBytes)
 {
     for (unsigned const first : { 0x7FFEU, 0x7FFFU, 0x8000U }) { // the index of class TestNode
@@ -206,20 +119,17 @@ TEST(ArchiveObjects, IndicesFrom7FFFOnTakeFourBytes)
         expected.old_object(first - 1).new_class("TestNode", 3).u32(0).count(0);
         expected.old_class(first).u32(0).count(0).old_object(first + 1).old_object(2);
         ASSERT_EQ(bytes, expected.bytes());
-
         load_bytes(bytes, [&](CXArchive &archive) {
-            std::vector<CXObject *> loaded(many.size() + 5);
+            std::vector<std::unique_ptr<CXObject>> loaded(many.size());
             for (auto &object : loaded)
-                archive >> object;
-            auto const *const end = loaded.data() + loaded.size();
-            EXPECT_EQ(end[-5], end[-6]);
-            EXPECT_TRUE(end[-4]->IsKindOf(TestNode::GetThisRuntimeClassDescriptor()));
-            EXPECT_TRUE(end[-3]->IsKindOf(TestNode::GetThisRuntimeClassDescriptor()));
-            EXPECT_EQ(end[-2], end[-4]);
-            EXPECT_EQ(end[-1], loaded[0]);
-            loaded[many.size()] = loaded[many.size() + 3] = loaded[many.size() + 4] = nullptr;
-            for (CXObject const *const object : loaded)
-                delete object;
+                object.reset(archive.ReadObject(nullptr));
+            EXPECT_EQ(archive.ReadObject(nullptr), loaded.back().get());
+            TestNode *twins[3];
+            archive >> twins[0] >> twins[1] >> twins[2];
+            EXPECT_EQ(twins[2], twins[0]);
+            EXPECT_EQ(archive.ReadObject(nullptr), loaded[0].get());
+            delete twins[0];
+            delete twins[1];
         });
     }
 }
@@ -317,18 +227,6 @@ TEST(ArchiveObjects, BadReferencesAndClassesHaveTheirCauses)
     }
 }
 
-TEST(ArchiveObjects, AnOldObjectMustBeOfTheExpectedClass)
-{
-    auto const bytes = node_head().u32(0).count(0).old_object(2).bytes();
-    load_bytes(bytes, [](CXArchive &archive) {
-        TestNode *node = nullptr;
-        TestVersioned *versioned = nullptr;
-        archive >> node;
-        EXPECT_EQ(cause_of([&] { archive >> versioned; }), Exception::badClass);
-        delete node;
-    });
-}
-
 TEST(ArchiveObjects, ClassesThatAreNotSerializableAreNotWritten)
 {
     CXMemFile file;
@@ -340,14 +238,26 @@ TEST(ArchiveObjects, ClassesThatAreNotSerializableAreNotWritten)
     EXPECT_EQ(cause_of([&] { archive.WriteClass(nullptr); }), Exception::badClass);
 }
 
-TEST(ArchiveObjects, GraphsCutAtAnyLengthFailWithoutLeaks)
+TEST(ArchiveObjects, GraphsOfBothClassesComeBackAndFailWithoutLeaksWhenCut)
 {
     TestNode root(1), twin(2);
     TestVersioned child;
-    root.m_links = { &child, &root, &twin, &child };
+    root.m_links = { &child, &root, &twin, &child, nullptr };
     child.m_links = { &twin, &child };
-    auto const bytes = store_bytes([&](CXArchive &archive) { archive << &root; });
-    for (std::size_t length = 0; length < bytes.size(); ++length) {
+    auto const bytes = store_bytes([&](CXArchive &archive) { archive << &root << &child; });
+    auto expected = node_head().u32(1).count(5).new_class("TestVersioned", 7).u32(0).count(2);
+    expected.old_class(1).u32(2).count(0).old_object(4).old_object(2).old_object(5).old_object(4);
+    EXPECT_EQ(bytes, expected.u16(0).old_object(4).bytes());
+    load_bytes(bytes, [&](CXArchive &archive) {
+        TestNode *loaded = nullptr;
+        CXObject const *same = nullptr;
+        archive >> loaded >> same;
+        EXPECT_EQ(same, loaded->m_links[0]);
+        EXPECT_EQ(store_bytes([&](CXArchive &copy) { copy << loaded << same; }), bytes);
+        for (TestNode const *const node : { loaded->m_links[0], loaded->m_links[2], loaded })
+            delete node;
+    });
+    for (std::size_t length = 0; length < bytes.size() - 2; ++length) {
         CXTString<wchar_t> file_name(L"x");
         ASSERT_EQ(
             cause_of_reading(bytes.substr(0, length), nullptr, &file_name), Exception::endOfFile);
@@ -357,11 +267,13 @@ TEST(ArchiveObjects, GraphsCutAtAnyLengthFailWithoutLeaks)
 
 TEST(ArchiveObjects, OrphansComeInTheOrderOfTheirMaking)
 {
-    auto const bytes = node_head().u32(1).count(0).bytes()
+    auto const bytes = node_head().u32(1).count(0).old_object(2).bytes()
         + ArchiveEncoder().old_class(1).u32(2).count(2).old_class(1).u32(3).count(0).bytes();
     load_bytes(bytes, [](CXArchive &archive) {
         TestNode *first = nullptr, *second = nullptr;
+        TestVersioned *versioned = nullptr;
         archive >> first;
+        EXPECT_EQ(cause_of([&] { archive >> versioned; }), Exception::badClass);
         EXPECT_EQ(cause_of([&] { archive >> second; }), Exception::endOfFile);
         EXPECT_EQ(second, nullptr);
         archive.Abort();
@@ -413,7 +325,6 @@ TEST(ArchiveObjects, NestingIsLimitedWhenReadingAndWriting)
             archive >> chain[0];
             while (!chain.back()->m_links.empty())
                 chain.push_back(chain.back()->m_links[0]);
-            EXPECT_EQ(chain.size(), limit);
             EXPECT_EQ(store_bytes([&](CXArchive &copy) { copy << chain[0]; }), deepest);
             TestNode top;
             top.m_links = { chain[0] };
@@ -424,11 +335,7 @@ TEST(ArchiveObjects, NestingIsLimitedWhenReadingAndWriting)
         });
         EXPECT_EQ(cause_of_reading(nested_nodes(limit + 1)), Exception::genericException);
     });
-}
-
-TEST(ArchiveObjects, NestingNeverExhaustsASmallStack)
-{
-    for (std::size_t const size : { 128U << 10, 256U << 10, 1U << 20 })
+    for (std::size_t const size : { 128U << 10, 1U << 20 }) // nor is a small stack exhausted
         run_on_stack(size, [] {
             EXPECT_EQ(cause_of_reading(nested_nodes(1000000)), Exception::genericException);
         });

@@ -2,9 +2,8 @@
 #include "tests/archive/archive_samples.h"
 
 #include "tests/archive/archive_support.h"
+#include "tests/support/ansi_page.h"
 #include "tests/support/oracle.h"
-
-#include "kortools/platform/code_pages.h"
 
 #include <bit>
 #include <memory>
@@ -137,22 +136,6 @@ bool exchange_many(CXArchive &archive)
     return equal;
 }
 
-std::string read_as_values(ArchiveSample const &sample, std::string const &bytes)
-{
-    std::string wrong;
-    load_bytes(bytes, [&](CXArchive &archive) {
-        bool equal = false;
-        if (auto const cause = cause_of([&] { equal = sample.m_exchange(archive); }))
-            wrong = "fails with cause " + std::to_string(cause);
-        else if (!equal)
-            wrong = "reads as other values";
-        else if (archive.GetBytesLeft() != 0)
-            wrong = "has more than was written";
-        SampleShape::s_loaded.clear();
-    });
-    return wrong;
-}
-
 } // namespace
 
 std::vector<ArchiveSample> const &get_archive_samples()
@@ -162,6 +145,17 @@ std::vector<ArchiveSample> const &get_archive_samples()
     return samples;
 }
 
+std::string check_values(ArchiveSample const &sample, CXArchive &archive)
+{
+    AnsiPage const page(1252); // of the unmarked text
+    bool equal = false;
+    auto const cause = cause_of([&] { equal = sample.m_exchange(archive); });
+    SampleShape::s_loaded.clear();
+    return cause ? "fails with cause " + std::to_string(cause)
+        : !equal ? "reads as other values"
+                 : "";
+}
+
 std::string write_sample(ArchiveSample const &sample)
 {
     return store_bytes([&](CXArchive &archive) { sample.m_exchange(archive); });
@@ -169,9 +163,12 @@ std::string write_sample(ArchiveSample const &sample)
 
 std::string check_sample(ArchiveSample const &sample, std::string const &bytes)
 {
-    kortools::platform::set_ansi_code_page(1252); // of the unmarked text
-    std::string const wrong = read_as_values(sample, bytes);
-    kortools::platform::set_ansi_code_page(0);
+    std::string wrong;
+    load_bytes(bytes, [&](CXArchive &archive) {
+        wrong += check_values(sample, archive);
+        if (archive.GetBytesLeft() != 0)
+            wrong += "has more than was written";
+    });
     if (!wrong.empty())
         return wrong;
     std::string const own = write_sample(sample);

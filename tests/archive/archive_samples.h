@@ -17,6 +17,9 @@ struct ArchiveSample {
 
 std::vector<ArchiveSample> const &get_archive_samples();
 
+// What is wrong with the values that an archive loads; empty when they are the sample's.
+std::string check_values(ArchiveSample const &sample, CXArchive &archive);
+
 // The bytes that this build writes.
 std::string write_sample(ArchiveSample const &sample);
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace kor_test {
@@ -36,35 +37,8 @@ int cause_of(Call const &call, wchar_t const *fileName = nullptr)
     return -1;
 }
 
-// A file as bytes and a position, written to be obviously right.
-struct FileModel {
-    std::vector<unsigned char> bytes;
-    std::size_t position = 0;
-
-    void Write(std::vector<unsigned char> const &source)
-    {
-        if (!source.empty()) // nothing written beyond the end extends nothing
-            bytes.resize(std::max(bytes.size(), position + source.size()));
-        for (unsigned char const byte : source)
-            bytes[position++] = byte;
-    }
-
-    std::vector<unsigned char> Read(std::size_t count)
-    {
-        std::vector<unsigned char> result;
-        while (result.size() < count && position < bytes.size())
-            result.push_back(bytes[position++]);
-        return result;
-    }
-
-    void SetLength(std::size_t length)
-    {
-        bytes.resize(length);
-        position = std::min(position, length);
-    }
-};
-
-// Random operations on an empty file that throws on errors, compared with the model after each.
+// Random operations on an empty file that throws on errors, compared after each with a model: bytes
+// and a position.
 class FileBattery {
 public:
     FileBattery(CXFile &file, unsigned int seed)
@@ -77,12 +51,12 @@ public:
     {
         for (int step = 0; step < steps; ++step) {
             Step();
-            ASSERT_EQ(m_file.GetPosition(), m_model.position) << "step " << step;
-            ASSERT_EQ(m_file.GetLength(), m_model.bytes.size()) << "step " << step;
+            ASSERT_EQ(m_file.GetPosition(), m_position) << "step " << step;
+            ASSERT_EQ(m_file.GetLength(), m_bytes.size()) << "step " << step;
         }
         m_file.Seek(0, CXFile::begin);
-        m_model.position = 0;
-        Read(m_model.bytes.size() + 1);
+        m_position = 0;
+        Read(m_bytes.size() + 1);
     }
 
 private:
@@ -91,61 +65,61 @@ private:
     void Step()
     {
         std::size_t const choice = GetRandom(8);
-        if (choice == 0)
-            SetLength(GetRandom(m_model.bytes.size() * 3 / 2 + 9));
-        else if (choice <= 3)
+        if (choice == 0) {
+            std::size_t const length = GetRandom(m_bytes.size() * 3 / 2 + 9);
+            m_file.SetLength(length);
+            m_bytes.resize(length);
+            m_position = std::min(m_position, length);
+        } else if (choice <= 3) {
             Write(GetRandom(200));
-        else if (choice <= 5)
+        } else if (choice <= 5) {
             Read(GetRandom(200));
-        else
+        } else {
             Seek();
-    }
-
-    void SetLength(std::size_t length)
-    {
-        m_file.SetLength(length);
-        m_model.SetLength(length);
+        }
     }
 
     void Write(std::size_t count)
     {
-        std::vector<unsigned char> source(count + 1);
-        for (unsigned char &byte : source)
-            byte = static_cast<unsigned char>(GetRandom(255) + 1);
+        std::string source(count, 'x');
+        for (char &byte : source)
+            byte = static_cast<char>(GetRandom(255) + 1);
         m_file.Write(source.data(), static_cast<unsigned int>(count));
-        source.pop_back();
-        m_model.Write(source);
+        if (count != 0) // nothing written beyond the end extends nothing
+            m_bytes.resize(std::max(m_bytes.size(), m_position + count));
+        m_bytes.replace(std::min(m_position, m_bytes.size()), count, source);
+        m_position += count;
     }
 
     void Read(std::size_t count)
     {
-        std::vector<unsigned char> target(count + 1, 0xEE);
+        std::string target(count + 1, '~');
         unsigned int const done = m_file.Read(target.data(), static_cast<unsigned int>(count));
-        std::vector<unsigned char> const expected = m_model.Read(count);
+        std::string const expected
+            = m_position < m_bytes.size() ? m_bytes.substr(m_position, count) : "";
         ASSERT_EQ(done, expected.size());
-        EXPECT_EQ(target[done], 0xEE);
-        target.resize(done);
-        EXPECT_EQ(target, expected);
+        EXPECT_EQ(target.substr(0, done + 1), expected + '~');
+        m_position += done;
     }
 
     void Seek()
     {
         auto const origin = static_cast<CXFile::SeekPosition>(GetRandom(3));
         auto const base = static_cast<long long>(origin == CXFile::begin ? 0
-                : origin == CXFile::current                              ? m_model.position
-                                                                         : m_model.bytes.size());
-        long long const target
-            = static_cast<long long>(GetRandom(m_model.bytes.size() + 300)) - 100;
+                : origin == CXFile::current                              ? m_position
+                                                                         : m_bytes.size());
+        long long const target = static_cast<long long>(GetRandom(m_bytes.size() + 300)) - 100;
         if (target < 0) {
             cause_of<CXException>([&] { m_file.Seek(target - base, origin); });
         } else {
             EXPECT_EQ(m_file.Seek(target - base, origin), static_cast<std::size_t>(target));
-            m_model.position = static_cast<std::size_t>(target);
+            m_position = static_cast<std::size_t>(target);
         }
     }
 
     CXFile &m_file;
-    FileModel m_model;
+    std::string m_bytes;
+    std::size_t m_position = 0;
     std::mt19937 m_random;
 };
 

@@ -43,7 +43,6 @@ __attribute__((noinline, no_sanitize("null"))) bool is_derived(
 TEST(RuntimeClass, DescribesTheClassAndItsAncestors)
 {
     CXRuntimeClass const &skin = CTestSkin::classCreatorCTestSkin;
-    EXPECT_STREQ(skin.m_className, "CTestSkin");
     EXPECT_EQ(skin.m_objectSize, sizeof(CTestSkin));
     EXPECT_EQ(skin.m_schema, 0x20000007U);
     EXPECT_EQ(skin.GetSchema(), 7U);
@@ -54,7 +53,6 @@ TEST(RuntimeClass, DescribesTheClassAndItsAncestors)
 #endif
     auto const *const object = CXObject::GetThisRuntimeClassDescriptor();
     auto const *const file = CXFileException::GetThisRuntimeClassDescriptor();
-    EXPECT_EQ(object->m_schema, 1U);
     EXPECT_TRUE(file->IsDerivedFrom(file));
     EXPECT_TRUE(file->IsDerivedFrom(object));
     EXPECT_FALSE(object->IsDerivedFrom(CXException::GetThisRuntimeClassDescriptor()));
