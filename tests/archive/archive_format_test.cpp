@@ -6,54 +6,10 @@
 #include "tests/support/oracle.h"
 
 #include <cmath>
-#include <limits>
 
 using kor_test::ArchiveEncoder;
 using kor_test::load_bytes;
 using kor_test::store_bytes;
-
-namespace {
-
-template <class T> void expect_value(T value, ArchiveEncoder const &expected)
-{
-    auto const run = [&](CXArchive &archive) { EXPECT_TRUE(kor_test::exchange(archive, value)); };
-    EXPECT_EQ(store_bytes(run), expected.bytes());
-    load_bytes(expected.bytes(), run);
-}
-
-} // namespace
-
-TEST(ArchiveFormat, ValuesHaveTheirWidthAndByteOrder)
-{
-    using E = ArchiveEncoder;
-    expect_value(false, E().u8(0));
-    expect_value(true, E().u8(1));
-    expect_value('\x81', E().u8(0x81));
-    expect_value(static_cast<unsigned char>(0xFE), E().u8(0xFE));
-    expect_value(static_cast<short>(-2), E().raw("\xFE\xFF"));
-    expect_value(static_cast<unsigned short>(0x1234), E().raw("\x34\x12"));
-    expect_value(-2, E().raw("\xFE\xFF\xFF\xFF"));
-    expect_value(0x12345678U, E().raw("\x78\x56\x34\x12"));
-    expect_value(std::numeric_limits<long long>::min(), E().u64(1ULL << 63));
-    expect_value(0x0102030405060708ULL, E().raw("\x08\x07\x06\x05\x04\x03\x02\x01"));
-    expect_value(-1.5F, E().u32(0xBFC00000));
-    expect_value(1e300, E().u64(0x7E37E43C8800759C));
-    expect_value(std::bit_cast<double>(0x7FF4000000000123), E().u64(0x7FF4000000000123));
-    expect_value(L'\xE9', E().u16(0xE9));
-    if (sizeof(wchar_t) == 4) {
-        auto const bytes = store_bytes([](CXArchive &archive) {
-            wchar_t const beyond[]
-                = { static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1), 0xDC00 };
-            archive << beyond[0] << beyond[1] << CXTString<wchar_t>(beyond, 3);
-        });
-        EXPECT_EQ(bytes, E().u16(0xFFFD).u16(0xFFFD).wide(u"\xFFFD\xFFFD\xDC00").bytes());
-    }
-    load_bytes("\x02", [](CXArchive &archive) {
-        bool value = false;
-        archive >> value;
-        EXPECT_TRUE(value);
-    });
-}
 
 TEST(ArchiveFormat, ManyValuesAtOnceAreTheSameBytes)
 {
@@ -64,6 +20,26 @@ TEST(ArchiveFormat, ManyValuesAtOnceAreTheSameBytes)
         double loaded[3];
         archive.ReadValues(loaded, 3);
         EXPECT_TRUE(std::equal(values, values + 3, loaded));
+    });
+}
+
+// What no archive of an earlier build holds.
+TEST(ArchiveFormat, UnusualValuesAreReadAndWritten)
+{
+    if (sizeof(wchar_t) == 4) {
+        auto const bytes = store_bytes([](CXArchive &archive) {
+            wchar_t const beyond[]
+                = { static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1), 0xDC00 };
+            archive << beyond[0] << static_cast<wchar_t>(0x10000) << CXTString<wchar_t>(beyond, 3);
+        });
+        ArchiveEncoder expected;
+        expected.u16(0xFFFD).u16(0xFFFD).wide(u"\xFFFD\xFFFD\xDC00");
+        EXPECT_EQ(bytes, expected.bytes());
+    }
+    load_bytes("\x02", [](CXArchive &archive) {
+        bool value = false;
+        archive >> value;
+        EXPECT_TRUE(value);
     });
 }
 

@@ -197,39 +197,24 @@ TEST(Exception, MessagesNameTheFileOnceAndTheUnnamedOneInWords)
     kortools::platform::set_message_box_handler(before);
 }
 
-TEST(FileException, OsErrorsGiveTheirCause)
+TEST(FileException, SystemErrorsGiveTheirCause)
 {
-    std::map<int, std::set<unsigned int>> const rows = {
-        { 0, { 0 } },
-        { 2, { 2, 6, 18, 107 } },
+    std::map<int, std::set<unsigned int>> const rows = { { 0, { 0 } }, { 2, { 2, 6, 18, 107 } },
         { 3,
             { 3, 15, 17, 34, 52, 53, 55, 67, 70, 85, 111, 123, 124, 125, 144, 154, 161, 206, 208,
                 267 } },
         { 4, { 4, 36, 68, 113 } },
         { 5, { 5, 12, 19, 29, 54, 58, 64, 65, 71, 80, 82, 86, 170, 183, 999 } },
-        { 6, { 11, 26, 60, 66, 114, 182, 191, 193 } },
-        { 7, { 16, 145 } },
-        { 8, { 62 } },
+        { 6, { 11, 26, 60, 66, 114, 182, 191, 193 } }, { 7, { 16, 145 } }, { 8, { 62 } },
         { 9, { 24, 25, 27, 30, 131, 132 } },
-        { 10, { 20, 21, 22, 23, 57, 59, 88, 117, 995, 996, 997 } },
-        { 11, { 32 } },
-        { 12, { 33, 108, 167 } },
-        { 13, { 39, 112 } },
-        { 14, { 38 } },
-    };
+        { 10, { 20, 21, 22, 23, 57, 59, 88, 117, 995, 996, 997 } }, { 11, { 32 } },
+        { 12, { 33, 108, 167 } }, { 13, { 39, 112 } }, { 14, { 38 } } };
     for (unsigned int code = 0; code < 20000; ++code) {
-        int expected = 1;
-        for (auto const &[cause, codes] : rows) {
-            if (codes.contains(code))
-                expected = cause;
-        }
-        ASSERT_EQ(CXFileException::OsErrorToException(code), expected) << "code " << code;
+        auto const row = std::ranges::find_if(
+            rows, [&](auto const &each) { return each.second.contains(code); });
+        ASSERT_EQ(CXFileException::OsErrorToException(code), row == rows.end() ? 1 : row->first)
+            << "code " << code;
     }
-    EXPECT_EQ(CXFileException::OsErrorToException(0xFFFFFFFF), 1);
-}
-
-TEST(FileException, RuntimeErrorNumbersGiveTheirCause)
-{
     std::map<int, int> const causes = { { 1, 5 }, { 13, 5 }, { 2, 2 }, { 23, 2 }, { 5, 10 },
         { 22, 10 }, { 9, 6 }, { 24, 4 }, { 28, 13 } };
     for (int number = -2; number < 200; ++number) {

@@ -37,18 +37,20 @@ TEST(MemFile, BehavesLikeTheModel)
 TEST(MemFile, GrowsByEqualSteps)
 {
     std::vector<unsigned char> const bytes(5000);
-    CXMemFile file(0);
-    EXPECT_EQ(file.GetBuffer(), nullptr);
-    file.Write(bytes.data(), 1);
-    EXPECT_EQ(file.GetBufferSize(), 2048U);
-    file.Write(bytes.data(), 5000);
-    EXPECT_EQ(file.GetBufferSize(), 6144U);
-    file.SetLength(6144);
-    EXPECT_EQ(file.GetBufferSize(), 6144U);
-    EXPECT_TRUE(file.GrowBuffer(6145));
-    EXPECT_EQ(file.GetBufferSize(), 8192U);
-    EXPECT_EQ(file.GetLength(), 6144U);
-
+    struct {
+        unsigned int step;
+        unsigned int written;
+        unsigned long long block;
+    } const cases[] = { { 0, 1, 2048 }, { 0, 5000, 6144 }, { 100, 250, 300 }, { 100, 300, 300 } };
+    for (auto const &each : cases) {
+        CXMemFile file(each.step);
+        EXPECT_EQ(file.GetBuffer(), nullptr);
+        file.Write(bytes.data(), each.written);
+        EXPECT_EQ(file.GetBufferSize(), each.block);
+        EXPECT_TRUE(file.GrowBuffer(each.block + 1));
+        EXPECT_EQ(file.GetBufferSize(), each.block + (each.step ? each.step : 2048));
+        EXPECT_EQ(file.GetLength(), each.written);
+    }
     CXMemFile by_one(1);
     by_one.SetLength(1'000'003); // at once, whatever the number of steps
     EXPECT_EQ(by_one.GetBufferSize(), 1'000'003U);

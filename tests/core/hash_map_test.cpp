@@ -275,24 +275,20 @@ TEST(HashMap, GivesNothingForPositionsWithoutEntry)
 {
     CHashMap<int, int, int> map;
     for (int pass = 0; pass < 2; ++pass) { // empty, then with slot 16 in use
-        for (unsigned const bad : { none, 23U, 24U, 0x80000000U, 17U }) {
+        for (unsigned const bad : { none, 23U, 0x80000000U, 17U }) {
             int key = 7, value = 8;
-            int *pointer = &key;
             unsigned pos = bad;
             map.GetNext(pos, key, value);
-            EXPECT_EQ(pos, none) << bad;
-            EXPECT_EQ(key, 0);
-            EXPECT_EQ(value, 0);
-            map.GetNext(pos = bad, key, pointer);
-            EXPECT_EQ(pointer, nullptr);
+            EXPECT_TRUE(pos == none && key == 0 && value == 0) << bad;
             map.GetNext(pos = bad, key) = 9;
             EXPECT_EQ(map.GetNext(pos = bad, key), 0);
         }
         map.Insert(1, 1);
     }
+    int *pointer;
     unsigned pos = 3; // an empty slot leads on to the next entry
-    int key = 0;
-    EXPECT_EQ(map.GetNext(pos, key), 0);
+    map.GetNext(pos, pointer);
+    EXPECT_EQ(pointer, nullptr);
     EXPECT_EQ(pos, 16U);
 }
 
@@ -325,11 +321,8 @@ TEST(IntMap, IsAnIntToIntMap)
     CIntMap map;
     map.Insert(4, 40);
     CIntMap copy(map), moved(std::move(map));
-    EXPECT_EQ(*copy.Find(4), 40);
-    EXPECT_EQ(*moved.Find(4), 40);
-    EXPECT_TRUE(map.IsEmpty());
-    map = copy;
-    std::unique_ptr<CHashMap<int, int, int>> const base = std::make_unique<CIntMap>(map);
+    EXPECT_TRUE(*copy.Find(4) == 40 && *moved.Find(4) == 40 && map.IsEmpty());
+    std::unique_ptr<CHashMap<int, int, int>> const base = std::make_unique<CIntMap>(copy);
     EXPECT_EQ(base->GetCount(), 1U);
 }
 

@@ -55,18 +55,3 @@ TEST(DurableFiles, LocksExcludeEveryOtherOpenInEveryProcess)
     EXPECT_TRUE(try_lock_file(other, LockKind::Exclusive));
     close_file(other);
 }
-
-TEST(DurableFiles, RoomIsReservedWithoutChangingTheFile)
-{
-    TempFolder folder;
-    std::wstring const path = folder.GetFile(L"file");
-    FileHandle const file = open_shared(path);
-    ASSERT_TRUE(write_file(file, "abcd", 4));
-    for (long long size : { 0LL, 2LL, 100'000LL }) {
-        EXPECT_TRUE(reserve_room(file, size));
-        EXPECT_EQ(get_file_size(file), 4);
-    }
-    EXPECT_TRUE(flush_file_name(path.c_str()));
-    EXPECT_TRUE(is_file_at(file, path.c_str()));
-    close_file(file);
-}

@@ -176,35 +176,3 @@ TEST(FileSystem, ARefusedOpenKeepsTheContents)
     close_file(creator);
     close_file(reader);
 }
-
-TEST(FileSystem, StreamsAndTheirHandlesAreAtTheSamePosition)
-{
-    TempFolder const folder;
-    std::FILE *const stream = std::fopen((folder.GetPath() / "stream").string().c_str(), "w+b");
-    ASSERT_NE(stream, nullptr);
-    std::fputs("one two three", stream);
-    FileHandle const file = get_stream_handle(stream);
-    EXPECT_EQ(get_file_size(file), 13);
-    std::fseek(stream, 4, SEEK_SET);
-    EXPECT_EQ(std::fgetc(stream), 't'); // the stream has read further
-    ASSERT_EQ(get_stream_handle(stream), file);
-    char bytes[2];
-    EXPECT_EQ(read_file(file, bytes, 2), 2);
-    EXPECT_EQ(std::string(bytes, 2), "wo");
-    std::fclose(stream);
-    EXPECT_EQ(get_stream_handle(nullptr), invalid_file_handle());
-}
-
-TEST(FileSystem, NamesAreUnicode)
-{
-    TempFolder const folder;
-    std::wstring const three_bytes(85, L'\x20AC'); // the longest name of Linux, 255 bytes
-    for (std::wstring const &name : { std::wstring(L"\U0001F642 e\x0301.txt"), three_bytes }) {
-        std::wstring const path = folder.GetPath().wstring() + L'/' + name;
-        EXPECT_TRUE(close_file(open_as(path, { 2, 0 }, FileCreation::CreateAlways)));
-        std::string const native = to_native_path(name);
-        std::u8string const utf8(native.begin(), native.end());
-        EXPECT_TRUE(std::filesystem::exists(folder.GetPath() / utf8));
-        EXPECT_EQ(from_native_path(native), name);
-    }
-}

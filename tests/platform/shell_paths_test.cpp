@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/platform/shell_paths.h"
 
-#include "kortools/core/xstring.h"
 #include "kortools/platform/file_system.h"
 #include "tests/support/oracle.h"
 
-#include <cwctype>
 #include <gtest/gtest.h>
-#include <random>
 #include <string>
 
 namespace system_paths = kortools::platform;
@@ -111,32 +108,6 @@ TEST(ShellPaths, TwoPathsGiveTheRecordedResults)
                 checker.check(is_done, relative.view());
             }
         }
-    }
-}
-
-TEST(ShellPaths, ARelativePathLeadsToItsTarget)
-{
-    std::mt19937 random(5);
-    auto const make_path = [&](std::wstring path) {
-        static wchar_t const *const names[]
-            = { L"dir", L"DIR", L"Dir.x", L"\u00E9t\u00E9", L"a b" };
-        for (auto rest = random() % 6; rest > 0; --rest)
-            path += std::wstring(names[random() % 5]) + L'\\';
-        return path + L"fil";
-    };
-    auto const to_upper = [](std::wstring text) {
-        for (wchar_t &ch : text)
-            ch = ch < 0x80 ? static_cast<wchar_t>(std::towupper(static_cast<wint_t>(ch))) : ch;
-        return text;
-    };
-    for (int i = 0; i < 5000; ++i) {
-        std::wstring const from = make_path(L"C:\\");
-        std::wstring const to = make_path(L"c:\\");
-        PathText way, target;
-        ASSERT_TRUE(portable::make_relative_path({ from, true }, { to, false }, way));
-        ASSERT_TRUE(portable::canonicalize_path(from + L'\\' + std::wstring(way.view()), target));
-        EXPECT_EQ(to_upper(std::wstring(target.view())), to_upper(to))
-            << kortools::core::quote(from);
     }
 }
 

@@ -134,19 +134,13 @@ TEST(TextScan, SizesCutAndWidthsLimit)
     EXPECT_EQ(scan("258 65537 -7 4294967297 12345678901", "%hhu %hd %ld %I32d %I64d", &byte, &half,
                   &whole, &value, &large),
         5);
-    EXPECT_EQ(byte, 2);
-    EXPECT_EQ(half, 1);
-    EXPECT_EQ(whole, -7);
-    EXPECT_EQ(value, 1);
-    EXPECT_EQ(large, 12345678901);
+    EXPECT_TRUE(byte == 2 && half == 1 && whole == -7 && value == 1 && large == 12345678901);
     int second = 0;
     int third = 0;
     void *pointer = nullptr;
     EXPECT_EQ(
         scan(L"123450x1f 000000000012AB34", L"%3d%2d%i%p", &value, &second, &third, &pointer), 4);
-    EXPECT_EQ(value, 123);
-    EXPECT_EQ(second, 45);
-    EXPECT_EQ(third, 0x1f);
+    EXPECT_TRUE(value == 123 && second == 45 && third == 0x1f);
     EXPECT_EQ(pointer, reinterpret_cast<void *>(0x12ab34ULL));
     EXPECT_EQ(scan("-5", "%1d", &value), 0);
     EXPECT_EQ(scan("0x5", "%2x", &value), 0);

@@ -60,12 +60,3 @@ TEST(UserInterrupt, IsNotedOnceAndEndsTheProgramTheSecondTime)
         EXPECT_EQ(child.wait() == 7, !twice);
     }
 }
-
-TEST(UserInterrupt, IsForgottenByTheNextWatch)
-{
-    begin_interrupt_watch();
-    EXPECT_FALSE(was_user_interrupted());
-    end_interrupt_watch();
-    end_interrupt_watch();
-    EXPECT_FALSE(was_user_interrupted());
-}

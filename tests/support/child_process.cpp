@@ -134,13 +134,7 @@ ChildProcess::~ChildProcess()
 
 int run_child(std::string const &name, std::vector<std::string> const &arguments)
 {
-    std::string command = '"' + s_program + "\" " + child_option + ' ' + name;
-    for (std::string const &argument : arguments)
-        command += " \"" + argument + '"';
-    // The command interpreter of Windows takes away the outermost quotes.
-    if constexpr (std::filesystem::path::preferred_separator == '\\')
-        command = '"' + command + '"';
-    return std::system(command.c_str());
+    return ChildProcess(name, arguments).wait();
 }
 
 void kill_this_process()
