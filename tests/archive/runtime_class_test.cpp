@@ -65,9 +65,7 @@ TEST(RuntimeClass, DescribesTheClassAndItsAncestors)
     for (char const *const name : { "CXException", "CXFileException", "CXArchiveException",
              "CXMemoryException", "CXUserException", "CXInvalidArgException" }) {
         CXRuntimeClass const *const record = CXRuntimeClass::FindRuntimeClass(name);
-        ASSERT_NE(record, nullptr) << name;
-        EXPECT_FALSE(record->IsSerializable()) << name;
-        EXPECT_EQ(record->m_createObject, nullptr) << name;
+        EXPECT_TRUE(record && !record->IsSerializable() && !record->m_createObject) << name;
     }
 }
 

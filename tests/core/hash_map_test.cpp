@@ -223,15 +223,11 @@ TEST(HashMap, LiesInMemoryAsDocumented)
     map.Remove(2);
     Header header;
     std::memcpy(&header, static_cast<void const *>(&map), sizeof header);
-    EXPECT_EQ(header.initial_size, 29U);
-    EXPECT_EQ(header.table_size, 29U);
-    EXPECT_EQ(header.occupied, 2U);
-    EXPECT_EQ(header.count, 1U);
-    EXPECT_EQ(header.slots[16 * 3], 1U); // key, value and state of slot 16
-    EXPECT_EQ(header.slots[16 * 3 + 1], 100U);
-    EXPECT_EQ(header.slots[16 * 3 + 2], 0U);
-    EXPECT_EQ(header.slots[32 % 29 * 3 + 2], 2U);
-    EXPECT_EQ(header.slots[2], 1U);
+    EXPECT_TRUE(header.initial_size == 29 && header.table_size == 29);
+    EXPECT_TRUE(header.occupied == 2 && header.count == 1);
+    unsigned const *const slot = header.slots + 16 * 3; // key, value and state
+    EXPECT_TRUE(slot[0] == 1 && slot[1] == 100 && slot[2] == 0);
+    EXPECT_TRUE(header.slots[32 % 29 * 3 + 2] == 2 && header.slots[2] == 1);
 }
 
 TEST(HashMap, FindsAndIteratesInEachForm)
@@ -242,26 +238,20 @@ TEST(HashMap, FindsAndIteratesInEachForm)
     int *pointer = &value;
     int const *constant_pointer = &value;
     EXPECT_FALSE(map.Find(6, value) || map.Find(6, pointer) || constant.Find(6));
-    EXPECT_EQ(value, -1);
-    EXPECT_EQ(pointer, nullptr);
+    EXPECT_TRUE(value == -1 && pointer == nullptr);
     map.Insert(1, 10);
     map.Insert2(2, 20); // slot 9; slot 16 has key 1
-    EXPECT_TRUE(constant.Find(1, value) && map.Find(1, pointer));
-    EXPECT_EQ(value, 10);
+    EXPECT_TRUE(constant.Find(1, value) && map.Find(1, pointer) && value == 10);
     *pointer = 11;
-    EXPECT_TRUE(constant.Find(1, constant_pointer));
-    EXPECT_EQ(*constant_pointer, 11);
+    EXPECT_TRUE(constant.Find(1, constant_pointer) && *constant_pointer == 11);
 
     unsigned pos = map.GetFirst();
     EXPECT_EQ(map.GetNext(pos, key)++, 20);
-    EXPECT_EQ(key, 2);
-    EXPECT_EQ(pos, 16U);
+    EXPECT_TRUE(key == 2 && pos == 16);
     map.GetNext(pos = 9, key, value);
     EXPECT_EQ(value, 21);
     map.GetNext(pos, key, pointer);
-    EXPECT_EQ(key, 1);
-    EXPECT_EQ(*pointer, 11);
-    EXPECT_EQ(pos, none);
+    EXPECT_TRUE(key == 1 && *pointer == 11 && pos == none);
     map.GetNext(pos = 9, pointer);
     EXPECT_EQ(*pointer, 21);
     map.GetNext(pos = 9, nullptr, &value);

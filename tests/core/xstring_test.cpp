@@ -68,9 +68,8 @@ TYPED_TEST(XString, GrowsFromTheBlockThereIs)
         appended += T('y');
         long long const expected = length < 16 ? 16 : length < 64 ? 64 : length < 129 ? 129 : 259;
         ASSERT_EQ(appended.GetCapacity(), expected) << length;
-        ASSERT_EQ(appended.GetConstBuffer()[length], T());
+        ASSERT_EQ(appended, std::basic_string<T>(std::size_t(length), T('y')));
     }
-    EXPECT_EQ(appended, std::basic_string<T>(200, T('y')));
 }
 
 TYPED_TEST(XString, IsMadeFromEverythingThatHoldsText)
@@ -103,11 +102,7 @@ TYPED_TEST(XString, IsMadeFromEverythingThatHoldsText)
     check(std::basic_string_view<O>(other));
     EXPECT_EQ(CXTString<T>(own.c_str(), 3), lit<T>("tex"));
     EXPECT_EQ(CXTString<T>(own.c_str(), -1), lit<T>(""));
-    EXPECT_EQ(CXTString<T>(T('t')), lit<T>("t"));
     EXPECT_EQ(CXTString<T>(T('t'), -1), lit<T>(""));
-    CXTString<T> character(T('z'), 40);
-    character = T('t');
-    EXPECT_EQ(character, lit<T>("t"));
     // Classes that know their length keep their zeros, in both widths.
     auto const with_zero = lit<T>("a\0b");
     CXTString<T> const long_zero = PlatformText<T>(with_zero);
@@ -167,18 +162,11 @@ TYPED_TEST(XString, LeavesAValidEmptyStringWhenMovedFrom)
     CXTString<T> source(T('m'), 100);
     T const *const block = source;
     CXTString<T> target = std::move(source);
-    EXPECT_EQ(target.GetConstBuffer(), block);
-    EXPECT_EQ(source, lit<T>(""));
-    EXPECT_EQ(source.GetCapacity(), 16);
-    source += T('n');
-    EXPECT_EQ(source, lit<T>("n"));
-
+    EXPECT_TRUE(source.IsEmpty() && source.GetCapacity() == 16);
+    source = T('n');
     source = std::move(target);
-    EXPECT_EQ(source, CXTString<T>(T('m'), 100));
-    EXPECT_EQ(target.GetCapacity(), 16); // the block that was swapped in
-    EXPECT_TRUE(target.IsEmpty());
-    swap(source, target);
-    EXPECT_EQ(target.GetConstBuffer(), block);
+    EXPECT_EQ(source.GetConstBuffer(), block);
+    EXPECT_TRUE(target.IsEmpty() && target.GetCapacity() == 16); // the block that was swapped in
     static_assert(std::is_nothrow_move_constructible_v<CXTString<T>>);
     static_assert(std::is_nothrow_move_assignable_v<CXTString<T>>);
     static_assert(sizeof(CXTString<T>) == sizeof(void *) + 2 * sizeof(long long));
@@ -203,20 +191,13 @@ TYPED_TEST(XString, SharesItsBuffer)
     text.ReleaseBuffer(1000);
     EXPECT_EQ(text.GetLength(), text.GetCapacity() - 1);
     text.Copy(lit<T>("a\0b").c_str(), 3);
-    EXPECT_EQ(text.GetLength(), 3);
+    EXPECT_EQ(text, lit<T>("a\0b"));
     text.Copy(lit<T>("xyz").c_str(), 0);
     EXPECT_TRUE(text.IsEmpty());
 
-    text = T('q');
-    long long const capacity = text.GetCapacity();
     T *const block = text.DetachBuffer();
-    EXPECT_EQ(block, lit<T>("q"));
     EXPECT_EQ(text.GetConstBuffer(), nullptr);
-    EXPECT_EQ(text.GetLength(), 1);
-    EXPECT_EQ(text.GetCapacity(), capacity);
-    EXPECT_FALSE(CXTString<T>() < text);
-    EXPECT_FALSE(CXTString<T>() <= text);
-    EXPECT_FALSE(CXTString<T>(T('z')) >= text);
+    EXPECT_FALSE(CXTString<T>() < text || CXTString<T>() <= text || CXTString<T>(T('z')) >= text);
     std::free(block);
     text = T('a');
     EXPECT_EQ(text, lit<T>("a"));
@@ -225,24 +206,15 @@ TYPED_TEST(XString, SharesItsBuffer)
 TYPED_TEST(XString, ReadsZeroAndWritesNothingOutsideTheText)
 {
     using T = TypeParam;
-    CXTString<T> text = lit<T>("ab");
-    std::size_t const far = std::size_t(1) << 32;
-    EXPECT_EQ(text.GetAt(1), T('b'));
-    EXPECT_EQ(text[std::size_t(1)], T('b'));
-    EXPECT_EQ(text[far], T());
-    EXPECT_EQ(text[-1LL], T());
-    EXPECT_EQ(text['\1'], T('b'));
-    EXPECT_EQ(*text.GetAtPtr(1), T('b'));
+    CXTString<T> text = lit<T>("aa");
+    text.SetAt(1, T('b'));
+    EXPECT_TRUE(text.GetAt(1) == T('b') && text[std::size_t(1)] == T('b') && text['\1'] == T('b'));
+    EXPECT_TRUE(text[std::size_t(1) << 32] == T() && text[-1LL] == T());
     for (int const index : { -1, 2, 3, INT_MIN, INT_MAX }) {
-        EXPECT_EQ(text.GetAt(index), T()) << index;
-        EXPECT_EQ(text[index], T()) << index;
-        EXPECT_EQ(*text.GetAtPtr(index), T()) << index;
         text.SetAt(index, T('z'));
+        EXPECT_TRUE(text.GetAt(index) == T() && text[index] == T() && *text.GetAtPtr(index) == T());
         EXPECT_EQ(text, lit<T>("ab")) << index;
-        EXPECT_EQ(text.GetConstBuffer()[2], T()) << index;
     }
-    text.SetAt(1, T('c'));
-    EXPECT_EQ(text, lit<T>("ac"));
 }
 
 TYPED_TEST(XString, OrdersByUnsignedUnitsAndByLength)

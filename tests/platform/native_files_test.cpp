@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
 #include <sys/time.h>
 #include <thread>
@@ -76,14 +77,10 @@ TEST(NativePaths, FollowTheTable)
 
 TEST(NativePaths, MappedDrivesAndSharesHoldTheirFolder)
 {
-    EXPECT_FALSE(map_drive(L'C', "/mnt"));
-    EXPECT_FALSE(map_drive(L'1', "/mnt"));
-    EXPECT_FALSE(map_drive(L'Q', "relative"));
-    EXPECT_FALSE(map_share(L"\\\\server", "/mnt"));
-    EXPECT_FALSE(map_share(L"\\\\server\\share\\folder", "/mnt"));
-    EXPECT_FALSE(map_share(L"C:\\share", "/mnt"));
-    ASSERT_TRUE(map_drive(L'q', "/mnt/q/"));
-    ASSERT_TRUE(map_drive(L'R', "/"));
+    EXPECT_FALSE(map_drive(L'C', "/mnt") || map_drive(L'1', "/mnt") || map_drive(L'Q', "relative"));
+    for (wchar_t const *bad : { L"\\\\server", L"\\\\server\\share\\folder", L"C:\\share" })
+        EXPECT_FALSE(map_share(bad, "/mnt"));
+    ASSERT_TRUE(map_drive(L'q', "/mnt/q/") && map_drive(L'R', "/"));
     ASSERT_TRUE(map_share(L"\\\\\xC9t\xE9\\Share", "/srv"));
     PathCase const cases[] = { { L"Q:\\a\\b", "/mnt/q/a/b" }, { L"q:a", "/mnt/q/a" },
         { L"Q:", "/mnt/q" }, { L"Q:\\", "/mnt/q" }, { L"Q:\\a\\", "/mnt/q/a/" },
@@ -93,8 +90,7 @@ TEST(NativePaths, MappedDrivesAndSharesHoldTheirFolder)
         { L"\\\\\xE9t\\share", "", 53 } };
     for (PathCase const &each : cases)
         expect_native(each);
-    EXPECT_TRUE(map_drive(L'Q', ""));
-    EXPECT_TRUE(map_drive(L'R', ""));
+    EXPECT_TRUE(map_drive(L'Q', "") && map_drive(L'R', ""));
     EXPECT_TRUE(map_share(L"\\\\\xE9t\xE9\\share", ""));
     expect_native({ L"Q:\\a", "", 3 });
     expect_native({ L"\\\\\xE9t\xE9\\share", "", 53 });
@@ -102,15 +98,16 @@ TEST(NativePaths, MappedDrivesAndSharesHoldTheirFolder)
 
 TEST(NativePaths, SharesAreFoundInTheMountTable)
 {
-    EXPECT_EQ(find_in_table(L"\\\\FILES\\data store\\a\\b"), "/mnt/Bob's files/a/b");
-    EXPECT_EQ(find_in_table(L"\\\\files\\Data Store"), "/mnt/Bob's files");
-    EXPECT_EQ(find_in_table(L"\\\\files\\other\\Deep\\er\\a"), "/mnt/sub/a");
-    EXPECT_EQ(find_in_table(L"\\\\files\\third\\deep\\er\\a"), "/mnt/rooted/a");
-    EXPECT_EQ(find_in_table(L"\\\\files\\fourth\\inner\\a"), "/mnt/bound/a");
-    EXPECT_EQ(find_in_table(L"\\\\nas\\export"), "/");
-    EXPECT_EQ(find_in_table(L"\\\\nas\\export\\a"), "/a");
-    EXPECT_EQ(find_in_table(L"\\\\nas\\export\\home\\me"), "/home/me");
-    EXPECT_EQ(find_in_table(L"\\\\nas\\export\\home\\..\\me"), "/me");
+    std::map<wchar_t const *, char const *> const found
+        = { { L"\\\\FILES\\data store\\a\\b", "/mnt/Bob's files/a/b" },
+              { L"\\\\files\\Data Store", "/mnt/Bob's files" },
+              { L"\\\\files\\other\\Deep\\er\\a", "/mnt/sub/a" },
+              { L"\\\\files\\third\\deep\\er\\a", "/mnt/rooted/a" },
+              { L"\\\\files\\fourth\\inner\\a", "/mnt/bound/a" }, { L"\\\\nas\\export", "/" },
+              { L"\\\\nas\\export\\a", "/a" }, { L"\\\\nas\\export\\home\\me", "/home/me" },
+              { L"\\\\nas\\export\\home\\..\\me", "/me" } };
+    for (auto const &[path, native] : found)
+        EXPECT_EQ(find_in_table(path), native);
     for (wchar_t const *path : { L"\\\\files\\other\\a", L"\\\\files\\fourth", L"\\\\files" }) {
         EXPECT_EQ(find_in_table(path), "");
         EXPECT_EQ(get_last_os_error(), 67U);
