@@ -181,16 +181,13 @@ TEST(CodePages, AnsiPageCanBeReplaced)
 TEST(CodePages, SizesOutsideIntFail)
 {
     for (unsigned int const page : { 1252U, 65001U }) {
-        for (long long const size : { -1LL, INT_MAX + 1LL }) {
-            EXPECT_EQ(narrow_to_wide(page, "x", size, nullptr, 0), -1);
-            EXPECT_EQ(wide_to_narrow(page, L"x", size, nullptr, 0), -1);
+        for (auto const &[size, capacity, result] : { std::tuple(-1LL, 1LL, -1),
+                 { INT_MAX + 1LL, LLONG_MAX, -1 }, { 1, -1, -1 }, { 1, LLONG_MAX, 1 } }) {
+            wchar_t wide = L'z';
+            char narrow = 'z';
+            EXPECT_EQ(narrow_to_wide(page, "x", size, &wide, capacity), result);
+            EXPECT_EQ(wide_to_narrow(page, L"x", size, &narrow, capacity), result);
         }
-        wchar_t wide = L'z';
-        char narrow = 'z';
-        EXPECT_EQ(narrow_to_wide(page, "x", 1, &wide, -1), -1);
-        EXPECT_EQ(wide_to_narrow(page, L"x", 1, &narrow, -1), -1);
-        EXPECT_EQ(narrow_to_wide(page, "x", 1, &wide, LLONG_MAX), 1);
-        EXPECT_EQ(wide_to_narrow(page, L"x", 1, &narrow, LLONG_MAX), 1);
     }
 }
 

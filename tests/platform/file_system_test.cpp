@@ -31,9 +31,11 @@ std::vector<Mode> get_all_modes()
     return modes;
 }
 
-bool are_compatible(Mode const &one, Mode const &other)
+bool fits(Mode const &one, std::vector<Mode> const &others)
 {
-    return (one.uses & ~other.grants) == 0 && (other.uses & ~one.grants) == 0;
+    return std::ranges::all_of(others, [&](Mode const &other) {
+        return (one.uses & ~other.grants) == 0 && (other.uses & ~one.grants) == 0;
+    });
 }
 
 FileHandle open_as(
@@ -59,14 +61,15 @@ std::string read_text(std::wstring const &path)
     return { std::istreambuf_iterator<char>(file), {} };
 }
 
+constexpr int file_count = 36;
+
 // Opens file0, file1, ... of the folder in every mode and writes down which opens succeed.
 int try_all_modes(std::vector<std::string> const &arguments)
 {
     std::filesystem::path const folder = arguments.at(0);
     std::ofstream results(folder / "results");
-    std::vector<Mode> const modes = get_all_modes();
-    for (std::size_t i = 0; i < modes.size(); ++i) {
-        for (Mode const &mode : modes) {
+    for (int i = 0; i < file_count; ++i) {
+        for (Mode const &mode : get_all_modes()) {
             FileHandle const file
                 = open_as((folder / ("file" + std::to_string(i))).wstring(), mode);
             results << (is_open(file) ? 1 : get_last_os_error() == 32 ? 0 : 9);
@@ -76,23 +79,38 @@ int try_all_modes(std::vector<std::string> const &arguments)
     }
     return results ? 0 : 1;
 }
-
 kor_test::ChildPart const s_try_all_modes("try_all_modes", try_all_modes);
 
 } // namespace
 
-TEST(FileSystem, SharingHoldsAgainstASecondProcess)
+TEST(FileSystem, SharingHoldsAgainstEveryOpenInEveryProcess)
 {
     TempFolder const folder;
     std::vector<Mode> const modes = get_all_modes();
+    std::mt19937 random(7);
     std::vector<FileHandle> files;
     std::string expected;
-    for (Mode const &mode : modes) {
-        std::wstring const path = folder.GetFile(L"file" + std::to_wstring(files.size()));
-        files.push_back(open_as(path, mode, FileCreation::OpenAlways));
-        ASSERT_TRUE(is_open(files.back()));
-        for (Mode const &other : modes)
-            expected += are_compatible(mode, other) ? '1' : '0';
+    for (std::size_t i = 0; i < file_count; ++i) {
+        std::wstring const path = folder.GetFile(L"file" + std::to_wstring(i));
+        std::vector<Mode> holders;
+        for (int turn = 0; turn < 30; ++turn) {
+            Mode const mode = modes[turn == 0 ? i % modes.size() : random() % modes.size()];
+            FileHandle const file = open_as(path, mode, FileCreation::OpenAlways);
+            ASSERT_EQ(is_open(file), fits(mode, holders));
+            if (is_open(file)) {
+                holders.push_back(mode);
+                files.push_back(file);
+            } else {
+                ASSERT_EQ(get_last_os_error(), 32U);
+            }
+            if (turn % 10 == 9 && holders.size() > 1) {
+                ASSERT_TRUE(close_file(files.back()));
+                files.pop_back();
+                holders.pop_back();
+            }
+        }
+        for (Mode const &mode : modes)
+            expected += fits(mode, holders) ? '1' : '0';
     }
     ASSERT_EQ(kor_test::run_child("try_all_modes", { folder.GetPath().string() }), 0);
     EXPECT_EQ(read_text(folder.GetFile(L"results")), expected);
@@ -100,34 +118,6 @@ TEST(FileSystem, SharingHoldsAgainstASecondProcess)
         close_file(file);
     ASSERT_EQ(kor_test::run_child("try_all_modes", { folder.GetPath().string() }), 0);
     EXPECT_EQ(read_text(folder.GetFile(L"results")), std::string(expected.size(), '1'));
-}
-
-TEST(FileSystem, SharingIsCheckedAgainstEveryOpenOfTheFile)
-{
-    TempFolder const folder;
-    std::wstring const path = folder.GetFile(L"shared");
-    write_text(path, "text");
-    std::vector<Mode> const modes = get_all_modes();
-    std::vector<std::pair<Mode, FileHandle>> holders;
-    std::mt19937 random(7);
-    for (int step = 0; step < 400; ++step) {
-        if (!holders.empty() && random() % 3 == 0) {
-            std::size_t const victim = random() % holders.size();
-            ASSERT_TRUE(close_file(holders[victim].second));
-            holders.erase(holders.begin() + std::ptrdiff_t(victim));
-        }
-        Mode const mode = modes[random() % modes.size()];
-        bool const expected = std::ranges::all_of(
-            holders, [&](auto const &holder) { return are_compatible(mode, holder.first); });
-        FileHandle const file = open_as(path, mode);
-        ASSERT_EQ(is_open(file), expected) << "step " << step;
-        if (expected)
-            holders.emplace_back(mode, file);
-        else
-            ASSERT_EQ(get_last_os_error(), 32U);
-    }
-    for (auto const &holder : holders)
-        close_file(holder.second);
 }
 
 TEST(FileSystem, RacingOpensNeverShareWhatOneOfThemDenies)
