@@ -190,10 +190,12 @@ TEST(Exception, MessagesNameTheFileOnceAndTheUnnamedOneInWords)
               s_shown += std::to_wstring(flags) + text;
               return 1;
           });
+    testing::internal::CaptureStderr();
     EXPECT_TRUE(CXUserException(L"told").ReportError(0x10));
     EXPECT_FALSE(CXUserException().ReportError()); // nothing to tell
     EXPECT_TRUE(File(File::fileNotFound, L"a").ReportError());
     EXPECT_EQ(s_shown, L"16told0a was not found.");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     kortools::platform::set_message_box_handler(before);
 }
 

@@ -7,7 +7,6 @@
 #include "tests/support/temp_folder.h"
 
 #include <climits>
-#include <fstream>
 #include <map>
 
 using kor_test::cause_of;
@@ -17,17 +16,6 @@ using kortools::platform::set_last_os_error;
 namespace {
 
 constexpr unsigned int create = CXFile::modeReadWrite | CXFile::modeCreate;
-
-void write_text(std::filesystem::path const &path, std::string const &text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-std::string read_text(std::filesystem::path const &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
 
 // The cause of the failure, 0 when the file opens; checks what else Open() promises.
 int open_cause(wchar_t const *path, unsigned int flags)
@@ -80,9 +68,9 @@ TEST_F(File, OpensByItsFlags)
             SCOPED_TRACE(each.flags | mode);
             auto const path = GetPath((L"file" + std::to_wstring(each.flags | mode)).c_str());
             EXPECT_EQ(open_cause(path.c_str(), each.flags | mode), each.cause);
-            write_text(path, "text");
+            m_folder.Write(path, "text");
             ASSERT_EQ(open_cause(path.c_str(), each.flags | mode), 0);
-            EXPECT_EQ(read_text(path), each.text);
+            EXPECT_EQ(m_folder.Read(path), each.text);
 
             CXFile file(path.c_str(), CXFile::modeNoTruncate | mode);
             char byte = 'x';
@@ -100,7 +88,7 @@ TEST_F(File, OpensByItsFlags)
 
 TEST_F(File, SharesByItsFlags)
 {
-    write_text(GetPath(), "text");
+    m_folder.Write("file", "text");
     for (unsigned int share = 0; share <= 0x70; share += 0x10) {
         SCOPED_TRACE(share);
         bool const reads = share == CXFile::shareDenyWrite || share == CXFile::shareDenyNone;
@@ -170,7 +158,7 @@ TEST_F(File, LeavesHandlesOpenThatItDidNotOpen)
     CXFile(stream, true).Write("!", 1);
     EXPECT_NE(std::fputc('?', stream), EOF);
     EXPECT_EQ(std::fclose(stream), 0);
-    EXPECT_EQ(read_text(m_folder.GetPath() / "stream"), "text!?");
+    EXPECT_EQ(m_folder.Read("stream"), "text!?");
 }
 
 TEST_F(File, FailsWithTheLastSystemErrorWhenClosedOrQuietly)

@@ -6,7 +6,6 @@
 #include "tests/support/ansi_page.h"
 #include "tests/support/temp_folder.h"
 
-#include <fstream>
 #include <memory>
 
 using kor_test::cause_of;
@@ -39,15 +38,8 @@ wchar_t const *const every_kind = L"a\u00E9\u20AC\U0001F600";
 class TextFile : public testing::Test {
 protected:
     std::wstring GetPath(wchar_t const *name = L"file") const { return m_folder.GetFile(name); }
-    void WriteBytes(std::string const &bytes) const
-    {
-        std::ofstream(m_folder.GetPath() / "file", std::ios::binary) << bytes;
-    }
-    std::string ReadBytes() const
-    {
-        std::ifstream file(m_folder.GetPath() / "file", std::ios::binary);
-        return { std::istreambuf_iterator<char>(file), {} };
-    }
+    void WriteBytes(std::string const &bytes) const { m_folder.Write("file", bytes); }
+    std::string ReadBytes() const { return m_folder.Read("file"); }
     std::vector<std::wstring> ReadLines(unsigned int flags = 0) const
     {
         CStdioFileEx file(GetPath().c_str(), flags);

@@ -50,17 +50,6 @@ bool is_open(FileHandle file)
     return file != invalid_file_handle();
 }
 
-void write_text(std::wstring const &path, std::string const &text)
-{
-    std::ofstream(std::filesystem::path(path), std::ios::binary) << text;
-}
-
-std::string read_text(std::wstring const &path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
-
 constexpr int file_count = 36;
 
 // Opens file0, file1, ... of the folder in every mode and writes down which opens succeed.
@@ -113,11 +102,11 @@ TEST(FileSystem, SharingHoldsAgainstEveryOpenInEveryProcess)
             expected += fits(mode, holders) ? '1' : '0';
     }
     ASSERT_EQ(kor_test::run_child("try_all_modes", { folder.GetPath().string() }), 0);
-    EXPECT_EQ(read_text(folder.GetFile(L"results")), expected);
+    EXPECT_EQ(folder.Read("results"), expected);
     for (FileHandle const file : files)
         close_file(file);
     ASSERT_EQ(kor_test::run_child("try_all_modes", { folder.GetPath().string() }), 0);
-    EXPECT_EQ(read_text(folder.GetFile(L"results")), std::string(expected.size(), '1'));
+    EXPECT_EQ(folder.Read("results"), std::string(expected.size(), '1'));
 }
 
 TEST(FileSystem, RacingOpensNeverShareWhatOneOfThemDenies)
@@ -151,12 +140,12 @@ TEST(FileSystem, ARefusedOpenKeepsTheContents)
 {
     TempFolder const folder;
     std::wstring const path = folder.GetFile(L"file");
-    write_text(path, "text");
+    folder.Write("file", "text");
     FileHandle const holder = open_as(path, { 1, 1 });
     EXPECT_FALSE(is_open(open_as(path, { 2, 3 }, FileCreation::CreateAlways)));
     EXPECT_EQ(get_last_os_error(), 32U);
     close_file(holder);
-    EXPECT_EQ(read_text(path), "text");
+    EXPECT_EQ(folder.Read("file"), "text");
 
     // Emptying the file is writing, but it is over when the open returns.
     FileHandle const creator = open_as(path, { 1, 1 }, FileCreation::CreateAlways);

@@ -19,18 +19,3 @@ TEST(MessageBox, WritesToStandardErrorAndAnswersWithTheDefaultButton)
         EXPECT_NE(written.find("a \xC3\xA9t\xC3\xA9 \xE2\x82\xAC"), std::string::npos) << written;
     }
 }
-
-TEST(MessageBox, GoesToTheInstalledHandlerOnly)
-{
-    static std::wstring s_text;
-    platform::MessageBoxHandler const before
-        = platform::set_message_box_handler([](wchar_t const *text, unsigned int flags) {
-              s_text = text;
-              return static_cast<int>(flags) + 40;
-          });
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(platform::show_message_box(L"hello", 2), 42);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(s_text, L"hello");
-    EXPECT_NE(platform::set_message_box_handler(before), nullptr);
-}

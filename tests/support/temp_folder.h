@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 class TempFolder {
@@ -29,6 +30,17 @@ public:
 
     // A path in the folder, as the library takes it on either system.
     std::wstring GetFile(std::wstring const &name) const { return m_path.wstring() + L'/' + name; }
+
+    // The bytes of a file in the folder.
+    void Write(std::filesystem::path const &name, std::string const &bytes) const
+    {
+        std::ofstream(m_path / name, std::ios::binary) << bytes;
+    }
+    std::string Read(std::filesystem::path const &name) const
+    {
+        std::ifstream file(m_path / name, std::ios::binary);
+        return { std::istreambuf_iterator<char>(file), {} };
+    }
 
 private:
     std::filesystem::path m_path;
