@@ -165,7 +165,7 @@ protected:
                 && moved.GetHashTableSize() == 23;
         }
         case 4: {
-            unsigned const slots = random(4) ? random(30) : random(1000);
+            unsigned const slots = random(2) ? random(500) : (model.initial_size - 3) / 2; // as now
             if (random(8) == 0) {
                 map.InitHashTable(slots);
                 model.init(slots);
