@@ -52,20 +52,25 @@ function(kor_use_googletest)
     target_link_libraries(gtest PUBLIC Threads::Threads PRIVATE kor_options)
 endfunction()
 
-# kor_test(<area> <name> [WHITEBOX] [SOURCES <more>...])
-#
-# Builds <name>_test from tests/<area>/<name>_test.cpp and registers it with CTest. A WHITEBOX test
-# links the library's object files instead of the library, and so reaches what is not exported.
-function(kor_test area name)
-    cmake_parse_arguments(arg "WHITEBOX" "" "SOURCES;LIBRARIES" ${ARGN})
-    set(target ${name}_test)
-    add_executable(${target} ${area}/${name}_test.cpp ${arg_SOURCES})
-    if(arg_WHITEBOX)
+# kor_link_library(<target> <whitebox>) links the library or, for a white box, its object files, and
+# so reaches what is not exported.
+function(kor_link_library target whitebox)
+    if(whitebox)
         target_link_libraries(${target} PRIVATE KorToolsObjects)
         target_compile_definitions(${target} PRIVATE KORTOOLS_STATIC)
     else()
         target_link_libraries(${target} PRIVATE KorTools)
     endif()
+endfunction()
+
+# kor_test(<area> <name> [WHITEBOX] [SOURCES <more>...])
+#
+# Builds <name>_test from tests/<area>/<name>_test.cpp and registers it with CTest.
+function(kor_test area name)
+    cmake_parse_arguments(arg "WHITEBOX" "" "SOURCES;LIBRARIES" ${ARGN})
+    set(target ${name}_test)
+    add_executable(${target} ${area}/${name}_test.cpp ${arg_SOURCES})
+    kor_link_library(${target} "${arg_WHITEBOX}")
     target_link_libraries(${target} PRIVATE kor_test_support kor_options kor_warnings
                           ${arg_LIBRARIES})
     # Optimizing a test takes longer than running it.
@@ -75,18 +80,12 @@ function(kor_test area name)
     set_tests_properties(${name} PROPERTIES LABELS ${area} TIMEOUT 300)
 endfunction()
 
-# kor_bench(<area> <name> [WHITEBOX] [LIBRARIES <peers>...]) builds <name>_bench from bench/<area>;
-# WHITEBOX as for tests.
+# kor_bench(<area> <name> [WHITEBOX] [LIBRARIES <peers>...]) builds <name>_bench from bench/<area>.
 function(kor_bench area name)
     cmake_parse_arguments(arg "WHITEBOX" "" "LIBRARIES" ${ARGN})
     set(target ${name}_bench)
     add_executable(${target} ${area}/${name}_bench.cpp)
-    if(arg_WHITEBOX)
-        target_link_libraries(${target} PRIVATE KorToolsObjects)
-        target_compile_definitions(${target} PRIVATE KORTOOLS_STATIC)
-    else()
-        target_link_libraries(${target} PRIVATE KorTools)
-    endif()
+    kor_link_library(${target} "${arg_WHITEBOX}")
     target_link_libraries(${target} PRIVATE benchmark::benchmark kor_options ${arg_LIBRARIES})
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
 endfunction()
@@ -95,7 +94,7 @@ endfunction()
 function(kor_fuzz area name)
     set(target ${name}_fuzz)
     add_executable(${target} ${area}/${name}_fuzz.cpp)
-    target_compile_definitions(${target} PRIVATE KORTOOLS_STATIC)
-    target_link_libraries(${target} PRIVATE KorToolsObjects kor_options kor_warnings)
+    kor_link_library(${target} TRUE)
+    target_link_libraries(${target} PRIVATE kor_options kor_warnings)
     target_link_options(${target} PRIVATE -fsanitize=fuzzer)
 endfunction()
