@@ -48,7 +48,7 @@ std::string encode(std::wstring_view text, std::string_view others)
     for (std::size_t i = 0; i < text.size(); ++i) {
         auto const ch = static_cast<char32_t>(text[i]);
         bool const is_special = ch < 0x20 || ch == 0x7F || ch == U'%'
-            || (ch < 0x80 && others.find(static_cast<char>(ch)) != others.npos);
+            || (ch < 0x80 && others.find(static_cast<char>(ch)) != std::string_view::npos);
         bool const is_alone = stands_alone(text, i);
         if (!is_special && !is_alone)
             continue;

@@ -64,7 +64,7 @@ std::string get_path(std::wstring_view product)
 
 bool make_folders(std::string const &path)
 {
-    for (std::size_t slash = path.find('/', 1); slash != path.npos;
+    for (std::size_t slash = path.find('/', 1); slash != std::string_view::npos;
          slash = path.find('/', slash + 1)) {
         if (mkdir(path.substr(0, slash).c_str(), 0700) != 0 && errno != EEXIST)
             return false;
@@ -86,7 +86,7 @@ bool read_all(File const &file, off_t size, std::string &bytes)
             return false;
         done += static_cast<std::size_t>(count);
     }
-    return bytes.find('\0') == bytes.npos;
+    return bytes.find('\0') == std::string_view::npos;
 }
 
 // A section's line without its end would leave the parser with the rest of the file as a name.
@@ -96,7 +96,8 @@ void disarm_broken_sections(std::string &bytes)
         std::size_t const end = std::min(bytes.find_first_of("\r\n", start), bytes.size());
         std::string_view const line = std::string_view(bytes).substr(start, end - start);
         std::size_t const first = line.find_first_not_of(" \t");
-        if (first != line.npos && line[first] == '[' && line.find(']') == line.npos)
+        if (first != std::string_view::npos && line[first] == '['
+            && line.find(']') == std::string_view::npos)
             bytes[start + first] = ';'; // a comment, which a person can repair
         start = end + 1;
     }
