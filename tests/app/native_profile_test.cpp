@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The profile as the file that it is on Linux: written by people and by others, damaged, hostile.
 #include "kortools/app/win_app.h"
-#include "kortools/platform/profile_store.h"
+#include "kortools/platform/profile_text.h"
 #include "tests/app/profile_support.h"
 
 #include <fstream>
@@ -11,6 +11,8 @@
 #include <sys/stat.h>
 
 namespace {
+
+namespace platform = kortools::platform;
 
 class NativeProfile : public testing::Test, public TestProfile {
 protected:
@@ -48,6 +50,31 @@ TEST_F(NativeProfile, IsReadableAndMayBeEdited)
     EXPECT_TRUE(m_app.WriteProfileInt(L"settings", L"width", 6));
     EXPECT_NE(get().find("; of the user\n"), std::string::npos);
     EXPECT_NE(get().find("name = by hand, without quotes\n"), std::string::npos);
+}
+
+TEST(ProfileText, IsATextUnlessItIsSomethingElse)
+{
+    struct {
+        char const *text;
+        platform::ProfileValue value;
+    } const cases[] = {
+        { "", std::wstring() },
+        { "plain; text", std::wstring(L"plain; text") },
+        { "\"", std::wstring(L"\"") },
+        { "\"open", std::wstring(L"\"open") },
+        { "2147483648", std::wstring(L"2147483648") },
+        { "007", 7 },
+        { "hex:0", std::wstring(L"hex:0") },
+        { "hex:0g", std::wstring(L"hex:0g") },
+        { "hex:AbcD", platform::ProfileBytes { 0xAB, 0xCD } },
+        { "100% %4 %zz %-1 %00 %80 %u0041 %uD8",
+            std::wstring(L"100% %4 %zz %-1 %00 %80 %u0041 %uD8") },
+        { "%41%%42%", std::wstring(L"A%B%") },
+        { "\xFF\xC3", std::wstring(L"\uFFFD\uFFFD") },
+    };
+    for (auto const &[text, value] : cases)
+        EXPECT_TRUE(platform::decode_profile_value(text) == value) << text;
+    EXPECT_EQ(platform::encode_profile_file_name(L"../a\\b:c"), "%2e.%2fa%5cb%3ac");
 }
 
 TEST_F(NativeProfile, IsReplacedWhereItLiesAndKeepsItsPermissions)
@@ -109,7 +136,7 @@ TEST_F(NativeProfile, AnyBytesCostNothingWorse)
         if (round % 10 != 0)
             continue;
         ASSERT_TRUE(m_app.WriteProfileString(L"settings", L"y", L"kept")) << bytes;
-        kortools::platform::release_profile();
+        platform::release_profile();
         ASSERT_EQ(m_app.GetProfileString(L"settings", L"y"), L"kept") << bytes;
     }
 }

@@ -19,6 +19,7 @@
 #include <iterator>
 #include <string>
 #include <thread>
+#include <utility>
 
 #ifdef _WIN32
 #include <cstring>
@@ -116,6 +117,71 @@ TEST(Start, ArgumentsThatTheRuntimeDoesNotAcceptEndNothing)
 #endif
     EXPECT_EQ(errno, EINVAL);
     CloseKorTools();
+}
+
+std::string s_calls;
+
+template <char letter> void note()
+{
+    s_calls += letter;
+}
+
+// What was called at the end of a start.
+std::string get_calls(unsigned int flags = 0)
+{
+    s_calls.clear();
+    InitKorTools();
+    CloseKorTools(flags);
+    return std::exchange(s_calls, {});
+}
+
+void add_and_remove()
+{
+    s_calls += '*';
+    AddApplicationExitCallback(note<'n'>, 0);
+    RemoveApplicationExitCallback(note<'z'>);
+    CloseKorTools(korAllState); // ended already
+    CloseBrantisApplication();
+}
+
+void throw_one()
+{
+    kortools::archive::throw_exception(new CXUserException);
+}
+
+TEST(ExitCallbacks, RunOnceByAscendingUnsignedOrder)
+{
+    AddApplicationExitCallback(note<'5'>, 5);
+    AddApplicationExitCallback(note<'1'>, 1);
+    AddApplicationExitCallback(note<'3'>, 3);
+    AddApplicationExitCallback(note<'x'>, 0xFFFFFFFF);
+    AddApplicationExitCallback(note<'8'>, 0x80000000);
+    AddApplicationExitCallback(note<'0'>, 0);
+    AddApplicationExitCallback(nullptr, 2);
+    EXPECT_EQ(get_calls(), "01358x");
+    EXPECT_EQ(get_calls(), "");
+
+    AddApplicationExitCallback(note<'a'>, 5);
+    AddApplicationExitCallback(note<'b'>, 2);
+    AddApplicationExitCallback(note<'c'>, 3);
+    AddApplicationExitCallback(note<'a'>, 1); // in its last order
+    RemoveApplicationExitCallback(note<'b'>, 7);
+    EXPECT_EQ(get_calls(korAllState), "ac");
+}
+
+TEST(ExitCallbacks, MayChangeTheTableEndAgainAndThrow)
+{
+    AddApplicationExitCallback(add_and_remove, 1);
+    AddApplicationExitCallback(throw_one, 2);
+    AddApplicationExitCallback(note<'b'>, 3);
+    AddApplicationExitCallback(note<'z'>, 4);
+    EXPECT_EQ(get_calls(), "*b");
+    EXPECT_EQ(XGetThreadException(), nullptr);
+    EXPECT_EQ(get_calls(), "n"); // what was added by a callback waits for the next end
+
+    AddApplicationExitCallback(add_and_remove, 1);
+    EXPECT_EQ(get_calls(korAllState), "*"); // and is freed with everything else
+    EXPECT_EQ(get_calls(), "");
 }
 
 // Bytes on the heap (0 where they cannot be counted) and open handles.

@@ -31,21 +31,17 @@ TEST(Profile, TextsAndNamesOfAnyKindComeBackAsTheyWere)
         std::wstring(1, wchar_t(0xDFFF)), std::wstring(100'000, L'\u00E9') };
     std::wstring const names[] = { L"plain", L" outer ", L"a=b", L"[x]", L"]", L";c", L"#c", L"%3d",
         L"\u00E9\U0001F600", L"x\ny", std::wstring(200, L'n') };
-    auto const name_of = [&](std::size_t i) { return L"t" + std::to_wstring(i); };
+    // Every text with one of the names, of section and entry.
+    auto const name_of = [&](std::size_t i) { return names[i % std::size(names)]; };
+    auto const section_of
+        = [&](std::size_t i) { return L"a\\" + name_of(i).substr(0, 190) + std::to_wstring(i); };
     for (std::size_t i = 0; i < std::size(texts); ++i)
-        ASSERT_TRUE(app.WriteProfileString(L"settings", name_of(i).c_str(), texts[i].c_str()));
-    for (std::wstring const &name : names) {
-        ASSERT_TRUE(app.WriteProfileString(
-            (L"a\\" + name.substr(0, 190)).c_str(), name.c_str(), name.c_str()));
-    }
+        ASSERT_TRUE(
+            app.WriteProfileString(section_of(i).c_str(), name_of(i).c_str(), texts[i].c_str()));
     CWinApp const later;
     for (std::size_t i = 0; i < std::size(texts); ++i)
-        EXPECT_TRUE(get_text(later, L"settings", name_of(i).c_str()) == texts[i]) << "text " << i;
-    for (std::wstring const &name : names) {
-        std::wstring const section = L"a\\" + name.substr(0, 190);
-        EXPECT_EQ(get_text(later, section.c_str(), name.c_str()), name);
-    }
-    EXPECT_EQ(get_text(later, L"SETTINGS", L"T9"), texts[9]);
+        EXPECT_TRUE(get_text(later, section_of(i).c_str(), name_of(i).c_str()) == texts[i]) << i;
+    EXPECT_EQ(get_text(later, L"A\\PLAIN11", L"Plain"), texts[11]);
 }
 
 TEST(Profile, NumbersAndBytesComeBackAndKindsAreNotMixed)
@@ -109,9 +105,8 @@ TEST(Profile, EntriesAndSectionsAreDeletedOnce)
         EXPECT_TRUE(app.WriteProfileInt(section, L"x", 1));
         EXPECT_TRUE(app.WriteProfileInt(section, L"y", 2));
     }
-    EXPECT_TRUE(app.DeleteProfileKey(L"settings", L"x"));
+    EXPECT_TRUE(app.WriteProfileString(L"settings", L"x", nullptr));
     EXPECT_FALSE(app.DeleteProfileKey(L"settings", L"x"));
-    EXPECT_TRUE(app.WriteProfileString(L"a\\b\\c", L"x", nullptr));
     EXPECT_EQ(app.GetProfileInt(L"settings", L"y"), 2);
     EXPECT_TRUE(app.DeleteProfileKey(L"a"));
     EXPECT_FALSE(app.DeleteProfileKey(L"a"));
@@ -137,18 +132,16 @@ TEST(Profile, EntriesAndSectionsAreDeletedOnce)
 
 constexpr int entries_per_process = 40;
 
+// Product and section are given.
 int write_entries(std::vector<std::string> const &arguments)
 {
-    CXTString<wchar_t> const product(arguments[0].c_str());
-    SetInternalProductName(product);
+    SetInternalProductName(CXTString<wchar_t>(arguments[0].c_str()));
+    CXTString<wchar_t> const section(arguments[1].c_str());
     CWinApp app;
-    for (int i = 0; i < entries_per_process; ++i) {
-        CXTString<wchar_t> name;
-        name.Format(L"%hs-%d", arguments[1].c_str(), i);
-        if (!app.WriteProfileInt(L"settings", name, i))
-            return 1;
-    }
-    return 0;
+    int failures = 0;
+    for (int i = 0; i < entries_per_process; ++i)
+        failures += !app.WriteProfileInt(section, std::to_wstring(i).c_str(), i);
+    return failures;
 }
 
 kor_test::ChildPart const s_write_entries("write_entries", write_entries);
@@ -157,18 +150,13 @@ TEST(Profile, SeveralProcessesLoseNothing)
 {
     TestProfile profile;
     std::string const product(profile.m_product.begin(), profile.m_product.end());
-    kor_test::ChildProcess first("write_entries", { product, "first" });
-    kor_test::ChildProcess second("write_entries", { product, "second" });
-    EXPECT_EQ(write_entries({ product, "third" }), 0);
-    EXPECT_EQ(first.wait(), 0);
-    EXPECT_EQ(second.wait(), 0);
-    SetInternalProductName(profile.m_product.c_str());
-    for (wchar_t const *const process : { L"first", L"second", L"third" }) {
-        for (int i = 0; i < entries_per_process; ++i) {
-            CXTString<wchar_t> name;
-            name.Format(L"%s-%d", process, i);
-            EXPECT_EQ(profile.m_app.GetProfileInt(L"settings", name, -1), i);
-        }
+    kor_test::ChildProcess first("write_entries", { product, "a\\1" });
+    kor_test::ChildProcess second("write_entries", { product, "a\\2" });
+    EXPECT_EQ(write_entries({ product, "a\\3" }), 0);
+    EXPECT_EQ(first.wait() + second.wait(), 0);
+    for (wchar_t const *const section : { L"a\\1", L"a\\2", L"a\\3" }) {
+        for (int i = 0; i < entries_per_process; ++i)
+            EXPECT_EQ(profile.m_app.GetProfileInt(section, std::to_wstring(i).c_str(), -1), i);
     }
 }
 
