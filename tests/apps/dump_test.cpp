@@ -128,13 +128,9 @@ TEST(Dump, StopsBehindTheFirstUnknownClassAndAtDamage)
     kordump::Reading const unknown = read(bytes, plan);
     EXPECT_EQ(unknown.unknown_class, "CScene");
     EXPECT_EQ(unknown.end, 2U + 4U + 6U) << "tag, schema and length, name";
-    for (std::size_t size = 1; size < bytes.size(); ++size) {
-        kordump::Reading const reading = read(bytes.substr(0, size), make_plan(bytes));
-        EXPECT_NE(reading.problem, "") << size;
-        EXPECT_LE(reading.end, size);
-    }
-    std::string const hostile("\xFF\xFF\xFF\xFF\xFF\xFF\0\0", 8);
-    EXPECT_NE(read(hostile, archive_plan("u8[]")).problem, "");
+    std::string const cut = bytes.substr(0, bytes.size() / 2);
+    EXPECT_NE(read(cut, make_plan(bytes)).problem, "");
+    EXPECT_NE(read("\xFF\xFF\xFF\xFF\xFF\xFF\0\0"s, archive_plan("u8[]")).problem, "");
 }
 
 TEST(Dump, KeepsWhatHasSeveralForms)
@@ -229,16 +225,13 @@ TEST(Edit, ScenesTakeOtherTextsAndNodes)
     Json json = to_parsed_json(read_scene(2), make_plan(read_scene(2)));
     Json &nodes = json["items"][0]["fields"]["tree"]["nodes"];
     Json folder = nodes.at(1);
-    ASSERT_EQ(folder["depth"], 1);
     Json &entries = folder["fields"]["properties"]["entries"];
     find_entry(entries, "GUID")["value"] = 1000;
     find_entry(entries, "NAME")["value"] = "another folder";
-    find_entry(entries, "PATH")["value"] = "C:\\another folder";
     nodes.push_back(folder);
     json["items"][0]["fields"]["next_id"] = 2000;
-
     TempFolder const temporary;
-    std::ofstream(temporary.GetPath() / "scene", std::ios::binary) << from_json(json);
+    write_file(temporary.GetPath() / "scene", from_json(json));
     auto const scene = scoutrix::load_scene(temporary.GetFile(L"scene").c_str());
     EXPECT_EQ(scene->Find(L"another folder").size(), 1U);
     EXPECT_EQ(scene->Find(L"1000").size(), 1U);
@@ -326,22 +319,18 @@ TEST(Deep, ObjectsAsDeepAsTheLibraryTakesThem)
     }
 }
 
-TEST(Layouts, NameTheLineOfAMistake)
+TEST(Layouts, NameTheLineOfAMistakeAndKeepFieldsApart)
 {
-    kordump::LayoutTable layouts;
+    kordump::LayoutTable mistaken;
     for (char const *text : { "class A 1\n  x u33\n", "class A 1\nclass B 1 : C\n", "\n x u32\n",
              "class A 1\nclass B 1 : A 2\n", "class A 1\n \xFF u8\n" }) {
         try {
-            layouts.Parse(text);
+            mistaken.Parse(text);
             ADD_FAILURE() << text;
         } catch (std::runtime_error const &error) {
             EXPECT_EQ(std::string(error.what()).substr(0, 7), "line 2:") << error.what();
         }
     }
-}
-
-TEST(Layouts, TakeTheBaseThatIsNamedAndKeepFieldsApart)
-{
     auto const layouts = parse_layouts("class A 1\n x u8\nclass A 2\n x u8\n x u16\n"
                                        "class B 1 : A\n x u32\nclass C 1 : A 1\n x u32\n");
     std::string names;

@@ -85,15 +85,13 @@ TEST_F(FileChanges, ACopyReplacesOnlyWhereItMay)
 TEST_F(FileChanges, AFileOntoItselfStaysWhole)
 {
     write_file(At("a"), "text");
-    fs::create_directory(At("d"));
     fs::create_hard_link(At("a"), At("hard"));
-    for (wchar_t const *target : { L"a", L".\\a", L"d\\..\\a", L"hard" }) {
+    for (wchar_t const *target : { L"a", L".\\a", L"hard" }) {
         EXPECT_FALSE(fileCopy(Name(L"a"), Name(target), false));
         EXPECT_EQ(get_last_os_error(), 32U) << testing::PrintToString(target);
     }
-    EXPECT_EQ(List(), "a=text d=/ hard=text");
     EXPECT_TRUE(fileMove(Name(L"a"), Name(L"a"), false));
-    EXPECT_EQ(List(), "a=text d=/ hard=text");
+    EXPECT_EQ(List(), "a=text hard=text");
 }
 
 TEST_F(FileChanges, OthersWhoHaveAFileOpenAreAsked)
