@@ -282,6 +282,21 @@ TEST(Coord, MapsPointsRectanglesAndPolygonsBothWays)
     kor_test::RecordingDC dc;
     coord.EraseBackground(&dc, 0x0000FF, 0);
     EXPECT_EQ(dc.calls, (Calls { "fill (0, 0, 100, 300) 255", "fill (300, 0, 400, 300) 255" }));
+    coord.EraseBackground(&dc, 0x0000FF, 1);
+    EXPECT_EQ(dc.calls.back(), "fill (0, 0, 400, 300) 255");
+
+    coord.Init(&window, CSize(1000, 1000));
+    coord.SetZoom(1.5F, 0);
+    CSize delta(101, 0);
+    coord.Scroll(delta); // to 67 units, which begin at 100.5
+    EXPECT_EQ(delta, CSize(100, 0));
+    coord.GetVisDoc(visible);
+    EXPECT_EQ(visible, CRect(66, 0, 335, 201));
+    window.take_calls();
+    coord.ClientSizeChange({ 401, 299 });
+    EXPECT_EQ(window.take_calls(), Calls {});
+    coord.ClientSizeChange({ 1600, 299 }); // the document moves to the middle
+    EXPECT_EQ(window.take_calls(), Calls { "erase" });
 }
 
 TEST(Coord, ComesBackToEveryUnitAtEveryZoom)
