@@ -59,6 +59,7 @@
 #include "kortools/files/file_types.h"
 #include "kortools/files/io_plugin.h"
 #include "kortools/files/io_plugin_mode.h"
+#include "kortools/files/io_plugins.h"
 #include "kortools/files/network_paths.h"
 #include "kortools/files/numbered_names.h"
 #include "kortools/files/path_parts.h"

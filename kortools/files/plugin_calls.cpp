@@ -63,13 +63,8 @@ private:
     bool m_is_allowed = false;
 };
 
-} // namespace
-
-CallOutcome call_plugin(IoPluginCallback callback, IoPluginMode mode, void *data)
+CallOutcome call_caught(IoPluginCallback callback, IoPluginMode mode, void *data)
 {
-    RunningCall const call(callback);
-    if (!call.is_allowed())
-        return CallOutcome::Closed;
     try {
         return callback(mode, data) ? CallOutcome::Done : CallOutcome::Failed;
     } catch (CXException *exception) {
@@ -79,12 +74,23 @@ CallOutcome call_plugin(IoPluginCallback callback, IoPluginMode mode, void *data
     return CallOutcome::Threw;
 }
 
-void close_plugin(IoPluginCallback callback)
+} // namespace
+
+CallOutcome call_plugin(IoPluginCallback callback, IoPluginMode mode, void *data)
 {
-    Calls &calls = Calls::get();
-    std::unique_lock lock(calls.m_lock);
-    calls.m_plugins[callback].is_closed = true;
-    calls.m_ended.wait(lock, [&] { return calls.m_plugins[callback].running == 0; });
+    RunningCall const call(callback);
+    return call.is_allowed() ? call_caught(callback, mode, data) : CallOutcome::Closed;
+}
+
+void retire_plugin(IoPluginCallback callback)
+{
+    {
+        Calls &calls = Calls::get();
+        std::unique_lock lock(calls.m_lock);
+        calls.m_plugins[callback].is_closed = true;
+        calls.m_ended.wait(lock, [&] { return calls.m_plugins[callback].running == 0; });
+    }
+    call_caught(callback, ioModeRelease, nullptr);
 }
 
 void open_plugin(IoPluginCallback callback)

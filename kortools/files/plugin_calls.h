@@ -15,9 +15,9 @@ enum class CallOutcome {
 };
 CallOutcome call_plugin(IoPluginCallback callback, IoPluginMode mode, void *data);
 
-// Refuses calls from now on and waits for those of other threads to end. The calling thread must
-// not be in one.
-void close_plugin(IoPluginCallback callback);
+// Refuses calls from now on, waits for those of other threads to end, and then tells the plug-in
+// that it is released. The calling thread must not be in a call.
+void retire_plugin(IoPluginCallback callback);
 
 // Allows calls again: another plug-in may have been loaded where a closed one was.
 void open_plugin(IoPluginCallback callback);

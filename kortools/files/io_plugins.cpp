@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/files/io_plugins.h"
+
+#include "kortools/app/exit_callbacks.h"
+#include "kortools/app/log.h"
+#include "kortools/core/critical_section.h"
+#include "kortools/core/hash_table.h"
+#include "kortools/files/file_find.h"
+#include "kortools/files/file_type_registry.h"
+#include "kortools/files/path_separators.h"
+#include "kortools/files/plugin_calls.h"
+#include "kortools/files/plugin_modules.h"
+#include "kortools/files/plugin_records.h"
+#include "kortools/files/plugin_types.h"
+#include "kortools/files/plugins.h"
+#include "kortools/platform/modules.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+using namespace kortools::files;
+
+namespace {
+
+using String = CXTString<wchar_t>;
+
+struct Registered {
+    IoPluginCallback callback;
+    unsigned int kind;
+    String path;
+};
+
+struct IoPlugins {
+    // Never destroyed: plug-ins may be released by static objects of the program.
+    static IoPlugins &get()
+    {
+        static IoPlugins &s_plugins = *new IoPlugins;
+        return s_plugins;
+    }
+
+    CXCriticalSection m_lock; // of everything below; no code of a plug-in runs under it
+    std::unique_ptr<CHashTable<unsigned int>> m_filter; // classes left out; null: none
+    std::vector<Registered> m_registered;
+};
+
+char const *entry_name_of(unsigned int kind)
+{
+    if (kind == fileKindBitmap)
+        return "InitBitmapParser";
+    return kind == fileKind3D ? "Init3DParser" : nullptr;
+}
+
+void forget_filter()
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    plugins.m_filter.reset();
+}
+
+bool is_registered(String const &path, unsigned int kind)
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    return std::ranges::any_of(plugins.m_registered,
+        [&](Registered const &known) { return known.kind == kind && known.path == path; });
+}
+
+bool is_registered(IoPluginCallback callback)
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    return std::ranges::find(plugins.m_registered, callback, &Registered::callback)
+        != plugins.m_registered.end();
+}
+
+// False when it was there: one library has several names.
+bool remember(Registered const &plugin)
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    bool const is_new = !is_registered(plugin.callback);
+    plugins.m_registered.push_back(plugin);
+    return is_new;
+}
+
+bool forget(IoPluginCallback callback)
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    return std::erase_if(plugins.m_registered, [&](Registered const &known) {
+        return known.callback == callback;
+    }) > 0;
+}
+
+// Before a library is released: nobody finds its types any more, then nobody is in it.
+void retire(PluginInfo const &info, char const *)
+{
+    auto const callback = info.GetEntry<IoPluginCallback>();
+    if (!forget(callback))
+        return;
+    remove_file_types(callback);
+    retire_plugin(callback);
+}
+
+void log_refusal(String const &path, std::string const &reason)
+{
+    if (!IsLogFileEnabled())
+        return;
+    String const text = to_wide_text(reason);
+    WriteToLogFile(L"Plug-in %s: %s\n", path.GetConstBuffer(), text.GetConstBuffer());
+}
+
+// Unless the plug-in is being released by another thread meanwhile.
+void add_types(IoPluginCallback callback, PluginTypes const &answer)
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    if (!is_registered(callback))
+        return;
+    for (CFileExt const &type : answer.types) {
+        if (!plugins.m_filter || !plugins.m_filter->IsFound(type.m_class))
+            add_file_type(type);
+    }
+}
+
+void register_plugin(
+    PluginScan &scan, String const &path, char const *entry_name, unsigned int kind)
+{
+    PluginInfo info;
+    if (is_registered(path, kind) || !scan.load(path, entry_name, info))
+        return;
+    auto const callback = info.GetEntry<IoPluginCallback>();
+    if (!remember({ callback, kind, path }))
+        return;
+    open_plugin(callback);
+    PluginTypes const answer = ask_for_types(callback, kind);
+    for (std::string const &refusal : answer.refusals)
+        log_refusal(path, refusal);
+    if (answer.is_usable)
+        add_types(callback, answer);
+    else if (forget(callback)) // it has begun nothing that it would have to end
+        FreePlugin(info.m_module, entry_name);
+}
+
+void add_names(String const &pattern, std::vector<String> &paths)
+{
+    CXFileFind find;
+    for (bool more = find.FindFile(pattern); more;) {
+        more = find.FindNextFile();
+        if (!find.MatchesMask(0x10)) // a directory
+            paths.push_back(find.GetFilePath());
+    }
+}
+
+std::vector<String> find_libraries(String dir)
+{
+    fileSlashTerminate(dir);
+    std::vector<String> paths;
+    if (kortools::platform::get_module_kind().is_elf) {
+        add_names(dir + L"*.so", paths);
+        add_names(dir + L"*.so.*", paths);
+    } else {
+        add_names(dir + L"*.dll", paths);
+    }
+    std::ranges::sort(paths, [](String const &a, String const &b) { return a.Compare(b) < 0; });
+    auto const same = std::ranges::unique(paths);
+    paths.erase(same.begin(), same.end());
+    return paths;
+}
+
+} // namespace
+
+void RegisterIOPlugins(unsigned int kind, CXTString<wchar_t> const &dir)
+{
+    char const *const entry_name = entry_name_of(kind);
+    String const place = dir.IsEmpty() ? GetPluginsDirectory() : dir;
+    if (!entry_name || place.IsEmpty())
+        return;
+    set_plugin_release_hook(retire);
+    PluginScan scan;
+    for (String const &path : find_libraries(place))
+        register_plugin(scan, path, entry_name, kind);
+}
+
+void FreeIOPlugins(unsigned int kind)
+{
+    if (char const *const entry_name = entry_name_of(kind); entry_name && !is_in_plugin())
+        FreePlugins(entry_name);
+}
+
+int FilterPlugins(unsigned int id)
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    if (!plugins.m_filter) {
+        plugins.m_filter = std::make_unique<CHashTable<unsigned int>>();
+        AddApplicationExitCallback(forget_filter, 0);
+    }
+    plugins.m_filter->Insert(id);
+    return static_cast<int>(plugins.m_filter->GetCount());
+}
