@@ -32,7 +32,8 @@ endif()
 # -Wrestrict of g++ 12 reports std::string's operator+ at -O3 (its bug 105651).
 add_library(kor_warnings INTERFACE)
 target_compile_options(kor_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
     $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion> # not part of g++'s -Wconversion for C++
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     $<$<BOOL:${KORTOOLS_WERROR}>:-Werror>)

@@ -27,7 +27,7 @@ foreach(header IN LISTS public_headers)
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
 endforeach()
 
-install(TARGETS KorTools EXPORT KorToolsTargets
+install(TARGETS KorTools KorToolsPlugin EXPORT KorToolsTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})

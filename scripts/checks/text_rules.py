@@ -5,7 +5,8 @@ import re
 from . import tree
 
 LICENCE = "SPDX-License-Identifier: MIT"
-NO_LICENCE_LINE = {".tsv", ".bin", ".json", ".md", ".png", ".bmp", ".obj", ".txt", ".yml"}
+NO_LICENCE_LINE = {".tsv", ".bin", ".json", ".md", ".png", ".bmp", ".obj", ".txt", ".yml",
+                   ".dae", ".gltf", ".off", ".ply", ".xyz"}
 
 # The tree must be understood by those who have nothing but the tree.
 OUTSIDE = [

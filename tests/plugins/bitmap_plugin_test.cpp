@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// The bitmap plug-in as a host meets it: found in its folder, and used through the registry.
+#include "kortools/kortools.h"
+#include "tests/support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+using String = CXTString<wchar_t>;
+
+namespace {
+
+std::string read_file(std::filesystem::path const &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+class BitmapPlugin : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        fileGetClass(L"a.bmp"); // makes the registry
+        FilterPlugins(fileMakeCode("PSD "));
+        RegisterIOPlugins(fileKindBitmap, std::filesystem::path(KOR_PLUGINS).wstring().c_str());
+    }
+    static void TearDownTestSuite()
+    {
+        EXPECT_EQ(fileGetKindOf(L"a.png"), fileKindBitmap);
+        FreeIOPlugins(fileKindBitmap);
+        EXPECT_EQ(fileGetKindOf(L"a.png"), 0U);
+    }
+
+    bool load(std::filesystem::path const &path)
+    {
+        return fileLoadBitmap(path.wstring().c_str(), m_bitmap, &m_report);
+    }
+    std::string error() const { return std::string(CXTString<char>(m_report.m_error)); }
+
+    TempFolder m_folder;
+    std::filesystem::path m_samples = KOR_SAMPLES;
+    CIoBitmap m_bitmap;
+    CIoReport m_report;
+};
+
+} // namespace
+
+TEST_F(BitmapPlugin, LoadsTheSamples)
+{
+    struct Row {
+        char const *name;
+        unsigned int width, height, channels;
+        IoPluginDepth depth;
+        unsigned int bits;
+    };
+    for (Row const &row : {
+             Row { "gradient.png", 48, 32, 3, ioDepth8, 24 },
+             Row { "gradient.jpg", 48, 32, 3, ioDepth8, 24 },
+             Row { "gradient.tga", 48, 32, 3, ioDepth8, 24 },
+             Row { "gradient.hdr", 48, 32, 3, ioDepthFloat, 32 },
+             Row { "checker.bmp", 20, 12, 3, ioDepth8, 24 },
+         }) {
+        ASSERT_TRUE(load(m_samples / row.name)) << row.name << ": " << error();
+        CIoBitmapFormat const &format = m_bitmap.m_format;
+        EXPECT_EQ(format.m_width, row.width) << row.name;
+        EXPECT_EQ(format.m_height, row.height) << row.name;
+        EXPECT_EQ(format.m_channels, row.channels) << row.name;
+        EXPECT_EQ(format.m_depth, row.depth) << row.name;
+        EXPECT_EQ(format.m_fileBits, row.bits) << row.name;
+    }
+}
+
+TEST_F(BitmapPlugin, RefusesSamplesThatAreCutOrOfAnotherFormat)
+{
+    for (char const *name :
+        { "gradient.png", "gradient.tga", "gradient.hdr", "checker.bmp", "gradient.jpg" }) {
+        std::string const whole = read_file(m_samples / name);
+        for (std::size_t part = 0; part < 8; ++part) {
+            std::size_t const size = whole.size() * part / 8;
+            std::ofstream(m_folder.GetPath() / name, std::ios::binary) << whole.substr(0, size);
+            EXPECT_FALSE(load(m_folder.GetPath() / name)) << name << " of " << size << " bytes";
+            EXPECT_FALSE(m_report.m_error.IsEmpty());
+        }
+    }
+    std::ofstream(m_folder.GetPath() / "text.png") << "neither this nor that, but long enough";
+    EXPECT_FALSE(load(m_folder.GetPath() / "text.png"));
+    EXPECT_EQ(m_report.m_result, ioWrongFormat);
+    EXPECT_FALSE(load(m_folder.GetPath() / "filtered.psd"));
+    EXPECT_EQ(m_report.m_result, ioNoPlugin);
+}
+
+TEST_F(BitmapPlugin, WhatItSavesItLoadsAgain)
+{
+    CIoBitmap source;
+    source.m_format = { 5, 4, 4, ioDepth8, 0 };
+    for (unsigned int i = 0; i < 5 * 4 * 4; ++i)
+        source.m_rows.push_back(static_cast<unsigned char>(i * 3));
+    for (char const *name : { "a.png", "a.tga", "a.bmp" }) {
+        String const path = (m_folder.GetPath() / name).wstring().c_str();
+        ASSERT_TRUE(fileSaveBitmap(path, source, &m_report)) << name << ": " << error();
+        ASSERT_TRUE(load(m_folder.GetPath() / name)) << name << ": " << error();
+        EXPECT_EQ(m_bitmap.m_rows, source.m_rows) << name;
+    }
+    // A picture with floats and one with 16 bits become the same 8 bits.
+    CIoBitmap wide;
+    wide.m_format = { 2, 1, 1, ioDepth16, 0 };
+    wide.m_rows = { 0xFF, 0xFF, 0x80, 0x80 };
+    CIoBitmap exact;
+    exact.m_format = { 2, 1, 1, ioDepthFloat, 0 };
+    float const light[] = { 1.5F, std::pow(128 / 255.0F, 2.2F) };
+    auto const *const bytes = reinterpret_cast<unsigned char const *>(light);
+    exact.m_rows.assign(bytes, bytes + sizeof light);
+    for (CIoBitmap const *const bitmap : { &wide, &exact }) {
+        String const path = (m_folder.GetPath() / "b.png").wstring().c_str();
+        ASSERT_TRUE(fileSaveBitmap(path, *bitmap, &m_report)) << error();
+        ASSERT_TRUE(load(m_folder.GetPath() / "b.png")) << error();
+        EXPECT_EQ(m_bitmap.m_rows, (std::vector<unsigned char> { 255, 128 }));
+    }
+    EXPECT_FALSE(fileSaveBitmap((m_folder.GetPath() / "a.gif").wstring().c_str(), source));
+}
