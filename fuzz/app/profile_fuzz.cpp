@@ -12,6 +12,8 @@ using namespace kortools::platform;
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size)
 {
     std::string_view const text(reinterpret_cast<char const *>(data), size);
+    if (text.find('\0') != text.npos)
+        return 0; // no profile has one
     ProfileValue const value = decode_profile_value(text);
     std::string const written = encode_profile_value(value);
     if (decode_profile_value(written) != value)

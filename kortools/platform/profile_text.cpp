@@ -139,7 +139,7 @@ std::string encode_profile_value(ProfileValue const &value)
     if (auto const *const number = std::get_if<std::int32_t>(&value))
         return std::to_string(*number);
     if (auto const *const text = std::get_if<std::wstring>(&value))
-        return '"' + encode(*text, {}) + '"';
+        return '"' + encode(text->c_str(), {}) + '"'; // up to the first zero
     std::string encoded(bytes_mark);
     for (unsigned char const byte : std::get<ProfileBytes>(value))
         append_escape(encoded, byte, 2);
