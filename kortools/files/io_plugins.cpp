@@ -7,6 +7,7 @@
 #include "kortools/core/hash_table.h"
 #include "kortools/files/file_find.h"
 #include "kortools/files/file_type_registry.h"
+#include "kortools/files/module_image.h"
 #include "kortools/files/path_separators.h"
 #include "kortools/files/plugin_calls.h"
 #include "kortools/files/plugin_modules.h"
@@ -124,11 +125,22 @@ void add_types(IoPluginCallback callback, PluginTypes const &answer)
     }
 }
 
+// A plug-in for files of the other kind is left alone: being loaded by an entry point that it lacks
+// would have it refused for good.
+bool is_for_other_kind(String const &path, char const *entry_name)
+{
+    ModuleImage const image = read_module_image(FileImageSource(path.GetConstBuffer()));
+    return !image.exports(entry_name)
+        && (image.exports(entry_name_of(fileKindBitmap))
+            || image.exports(entry_name_of(fileKind3D)));
+}
+
 void register_plugin(
     PluginScan &scan, String const &path, char const *entry_name, unsigned int kind)
 {
     PluginInfo info;
-    if (is_registered(path, kind) || !scan.load(path, entry_name, info))
+    if (is_registered(path, kind) || is_for_other_kind(path, entry_name)
+        || !scan.load(path, entry_name, info))
         return;
     auto const callback = info.GetEntry<IoPluginCallback>();
     if (!remember({ callback, kind, path }))
@@ -199,4 +211,12 @@ int FilterPlugins(unsigned int id)
     }
     plugins.m_filter->Insert(id);
     return static_cast<int>(plugins.m_filter->GetCount());
+}
+
+CXTString<wchar_t> GetIOPluginPath(IoPluginCallback callback)
+{
+    IoPlugins &plugins = IoPlugins::get();
+    CXSingleLock const lock(&plugins.m_lock, true);
+    auto const found = std::ranges::find(plugins.m_registered, callback, &Registered::callback);
+    return found == plugins.m_registered.end() ? String() : found->path;
 }

@@ -15,6 +15,7 @@
 
 #include "kortools/core/xstring.h"
 #include "kortools/export.h"
+#include "kortools/files/io_plugin_mode.h"
 
 // Loads the plug-ins of a directory, by default the plug-ins directory, and registers the types of
 // those that have the entry point of the kind: "InitBitmapParser" for fileKindBitmap,
@@ -31,3 +32,7 @@ KORTOOLS_API void FreeIOPlugins(unsigned int kind);
 // Leaves out the types of a class from now on; those that are registered stay. Returns how many
 // classes are left out. Forgotten when the application ends.
 KORTOOLS_API int FilterPlugins(unsigned int id);
+
+// The path of the plug-in that has registered types with this entry point (CFileExt::m_callback);
+// empty when there is none.
+KORTOOLS_API CXTString<wchar_t> GetIOPluginPath(IoPluginCallback callback);
