@@ -4,6 +4,7 @@
 #include "apps/common/console.h"
 
 #include <algorithm>
+#include <string>
 
 namespace kor_apps {
 
@@ -16,10 +17,13 @@ void TextTable::Print() const
             widths[i] = std::max(widths[i], row[i].GetLength());
     }
     for (Row const &row : m_rows) {
-        CXTString<wchar_t> line;
-        for (std::size_t i = 0; i < row.size(); ++i)
-            line.AppendFormat(L"%-*s  ", widths[i], row[i].GetConstBuffer());
-        print_line(line.TrimRight());
+        std::wstring line;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            line += static_cast<std::wstring_view>(row[i]);
+            line.append(static_cast<std::size_t>(widths[i] - row[i].GetLength() + 2), L' ');
+        }
+        line.erase(line.find_last_not_of(L' ') + 1);
+        print_line(line.c_str());
     }
 }
 

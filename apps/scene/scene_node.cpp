@@ -17,9 +17,11 @@ constexpr PropertyInfo infos[] = { { propertyId, L"id" }, { propertyName, L"name
     { propertyKind, L"kind" }, { propertyPath, L"path" }, { propertyPart, L"part" },
     { propertyFormat, L"format" }, { propertySize, L"size" }, { propertyModified, L"modified" },
     { propertyWidth, L"width" }, { propertyHeight, L"height" }, { propertyBits, L"bits" },
-    { propertyTopDown, L"top-down" }, { propertyVertices, L"vertices" },
-    { propertyNormals, L"normals" }, { propertyTexture, L"texture-coordinates" },
-    { propertyFaces, L"faces" }, { propertyMinimum, L"minimum" }, { propertyMaximum, L"maximum" } };
+    { propertyChannels, L"channels" }, { propertyMean, L"mean" }, { propertyTopDown, L"top-down" },
+    { propertyVertices, L"vertices" }, { propertyNormals, L"normals" },
+    { propertyTexture, L"texture-coordinates" }, { propertyFaces, L"faces" },
+    { propertyMeshes, L"meshes" }, { propertyMaterials, L"materials" },
+    { propertyMinimum, L"minimum" }, { propertyMaximum, L"maximum" } };
 
 Text format_numbers(CCustomData const &data, unsigned int id)
 {

@@ -27,11 +27,15 @@ enum Property : unsigned int {
     propertyWidth = 0x57494454,     // "WIDT" unsigned, pixels
     propertyHeight = 0x48454947,    // "HEIG" unsigned, pixels
     propertyBits = 0x42495453,      // "BITS" unsigned, of a pixel
+    propertyChannels = 0x4348414E,  // "CHAN" unsigned: 1 grey, 2 and alpha, 3 colours, 4 and alpha
+    propertyMean = 0x4D45414E,      // "MEAN" doubles, one for each channel; white is 1
     propertyTopDown = 0x544F5044,   // "TOPD" bool: the first row of the file is the top one
     propertyVertices = 0x56455254,  // "VERT" u64
     propertyNormals = 0x4E4F524D,   // "NORM" u64
     propertyTexture = 0x54455843,   // "TEXC" u64, texture coordinates
     propertyFaces = 0x46414345,     // "FACE" u64
+    propertyMeshes = 0x4D455348,    // "MESH" u64
+    propertyMaterials = 0x4D415445, // "MATE" u64
     propertyMinimum = 0x424D494E,   // "BMIN" three doubles: a corner of the vertices' bounding box
     propertyMaximum = 0x424D4158,   // "BMAX" three doubles: the opposite one
     propertyUserValues = 0x55534552 // "USER" texts: key, value, key, value ...

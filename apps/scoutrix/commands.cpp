@@ -118,6 +118,7 @@ void Session::Remember(Text const &scene)
 int open_files(Session &session, std::vector<std::string> const &files, OpenStyle style)
 {
     kor_apps::ConsoleProgress progress(L"opening", session.settings.progress);
+    session.LoadPlugins();
     std::deque<Document> documents;
     if (!load_files(session, files, progress, documents)) {
         report_error(L"cancelled");
@@ -136,6 +137,7 @@ int import_files(Session &session, ImportOptions const &options, Text const &pat
 {
     kor_apps::ConsoleProgress progress(L"importing", session.settings.progress);
     auto const scene = options.append ? load_scene(path) : std::make_unique<CScene>();
+    session.LoadPlugins();
     std::deque<Document> documents;
     if (!load_files(session, options.files, progress, documents)) {
         report_error(L"cancelled; no scene written");

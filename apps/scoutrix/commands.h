@@ -4,9 +4,11 @@
 // a scene writes it as a whole or leaves it as it was.
 #pragma once
 
+#include "apps/scoutrix/known_types.h"
 #include "apps/scoutrix/listing.h"
 #include "apps/scoutrix/settings.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,17 +21,23 @@ struct ImportOptions {
 
 // What all commands share.
 struct Session {
-    explicit Session(SettingsFile const &settings_file)
+    Session(SettingsFile const &settings_file, Text plugins)
         : file(settings_file)
         , settings(file.Load())
+        , plugin_folder(std::move(plugins))
     {
     }
 
     // To be called once a scene was read or written.
     void Remember(Text const &scene);
 
+    // To be called before types are asked for. The plug-ins stay as long as the session.
+    void LoadPlugins() { types.emplace(plugin_folder); }
+
     SettingsFile file;
     Settings settings;
+    Text plugin_folder;
+    std::optional<KnownTypes> types;
 };
 
 // Loads the files and prints what they are, in full or a line each. The exit code is that of the

@@ -2,42 +2,15 @@
 #include "apps/scoutrix/document.h"
 
 #include "apps/common/console.h"
+#include "apps/common/paths.h"
+#include "apps/scoutrix/content_facts.h"
 #include "apps/scoutrix/importer.h"
+#include "apps/scoutrix/known_types.h"
 #include "apps/scoutrix/type_table.h"
 #include "kortools/files/file_status.h"
-#include "kortools/files/path_parts.h"
-
-#include <algorithm>
 
 namespace scoutrix {
 namespace {
-
-constexpr unsigned int own_component = fileMakeCode("SCTX");
-
-struct OwnType {
-    wchar_t const *description;
-    wchar_t const *extensions;
-    unsigned int file_class;
-    unsigned int kind;
-};
-
-// Bitmaps of the first class are a type of the library, which has no reader.
-constexpr unsigned int bmp_class = fileMakeCode("BMP ");
-constexpr OwnType own_types[]
-    = { { L"Portable Network Graphics", L".png", fileMakeCode("PNG "), fileKindBitmap },
-          { L"Wavefront OBJ files", L".obj", fileMakeCode("OBJ "), fileKind3D } };
-
-// Whether the host has a reader for one of the types that share the path's extension.
-bool has_own_reader(Text const &path)
-{
-    for (unsigned int number = 0; unsigned int const found = fileFindParser(path, number);
-         ++number) {
-        if (found == bmp_class
-            || std::ranges::find(own_types, found, &OwnType::file_class) != std::end(own_types))
-            return true;
-    }
-    return false;
-}
 
 bool refuse(Document &document, ExitCode code, Text const &reason)
 {
@@ -46,20 +19,68 @@ bool refuse(Document &document, ExitCode code, Text const &reason)
     return false;
 }
 
+ExitCode get_exit_code(IoPluginResult result)
+{
+    switch (result) {
+    case ioNoPlugin:
+        return exit_unknown;
+    case ioCannotRead:
+        return exit_missing;
+    case ioNoMemory:
+    case ioFailed:
+    case ioFaultyPlugin:
+        return exit_failed;
+    default:
+        return exit_damaged;
+    }
+}
+
+void take(Document &document, SceneFile file)
+{
+    document.file = std::move(file);
+    Text const library = get_library_name(document.type);
+    document.loader = format_code(document.type.m_loader);
+    if (!library.IsEmpty())
+        document.loader += L", " + library;
+    document.error.Empty();
+    document.code = exit_done;
+}
+
+void load_by_plugin(Document &document)
+{
+    ContentFacts facts(document);
+    CIoReport report;
+    if (!fileLoadWithPlugin(kor_apps::make_absolute(document.path), facts, &report)) {
+        refuse(document, get_exit_code(report.m_result), report.m_error);
+        return;
+    }
+    SceneFile file = describe_file(document.path);
+    file.properties.SetString(propertyFormat, report.m_type.m_description);
+    facts.Store(file);
+    document.type = report.m_type;
+    take(document, std::move(file));
+}
+
+void load_by_own_reader(Document &document, CFileExt const &type)
+{
+    document.code = exit_damaged; // if it throws
+    SceneFile file = import_file(document.path, document.done);
+    document.type = type;
+    take(document, std::move(file));
+}
+
 void load_by_type(Document &document)
 {
     if (!fileGetFileExt(document.path, document.type)) {
         refuse(document, exit_unknown, L"no file type has its extension");
-    } else if (has_own_reader(document.path)) {
-        document.loader = format_code(own_component);
-        document.code = exit_damaged; // if it throws
-        document.file = import_file(document.path, document.done);
-        document.code = exit_done;
-        document.error.Empty();
-    } else {
-        refuse(document, exit_unknown,
-            L"nothing loads " + document.type.m_description + L"; a plug-in is missing");
+        return;
     }
+    load_by_plugin(document);
+    if (document.code != exit_unknown)
+        return;
+    CFileExt own;
+    if (find_own_type(document.path, own))
+        load_by_own_reader(document, own);
 }
 
 } // namespace
@@ -90,25 +111,6 @@ void load_document(Document &document)
         refuse(document, exit_failed, kor_apps::from_utf8(error.what()));
     }
     document.time = duration_cast<microseconds>(steady_clock::now() - start);
-}
-
-OwnTypes::OwnTypes()
-{
-    for (OwnType const &own : own_types) {
-        CFileExt type;
-        type.m_description = own.description;
-        type.m_extensions = own.extensions;
-        type.m_class = own.file_class;
-        type.m_properties = own.kind | 0x1;
-        type.m_loader = own_component;
-        fileRegisterFile(type);
-    }
-}
-
-OwnTypes::~OwnTypes()
-{
-    for (OwnType const &own : own_types)
-        fileUnregisterFile(own.file_class, own_component);
 }
 
 } // namespace scoutrix

@@ -39,13 +39,4 @@ bool test_path(Document &document, unsigned int timeout);
 // when that is to be cancelled.
 void load_document(Document &document);
 
-// The host's own types, behind those that are registered, as long as this lives.
-class OwnTypes {
-public:
-    OwnTypes();
-    ~OwnTypes();
-    OwnTypes(OwnTypes const &) = delete;
-    OwnTypes &operator=(OwnTypes const &) = delete;
-};
-
 } // namespace scoutrix

@@ -4,9 +4,9 @@
 #include "apps/common/console.h"
 #include "apps/common/paths.h"
 #include "apps/scoutrix/commands.h"
-#include "apps/scoutrix/document.h"
 #include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
+#include "apps/scoutrix/plugin_table.h"
 #include "apps/scoutrix/prefs.h"
 #include "apps/scoutrix/type_table.h"
 #include "kortools/archive/exception.h"
@@ -28,8 +28,10 @@ public:
         m_app.allow_windows_style_options(false); // /a/b is a path
         m_app.fallthrough();                      // the host's own options may follow the command
         m_app.add_option("--settings", m_settings, "The settings to use, in place of your own");
+        m_app.add_option("--plugins", m_plugins, "The folder of plug-ins, in place of the host's");
         m_app.add_option("--log", m_log, "The log to go on with, in place of your own");
         AddTypes();
+        AddPlugins();
         AddOpen();
         AddImport();
         AddList();
@@ -47,8 +49,7 @@ public:
         } catch (CLI::ParseError const &error) {
             return m_app.exit(error) == 0 ? exit_done : exit_usage;
         }
-        OwnTypes const own_types;
-        HostLog const log(m_log.empty() ? Text() : kor_apps::make_absolute(from_utf8(m_log)));
+        HostLog const log(choose(m_log, {}));
         log_line(Describe(arguments));
         int const result = RunCommand();
         Text end;
@@ -68,12 +69,17 @@ private:
         return line;
     }
 
+    // A path as it was given, or the default.
+    static Text choose(std::string const &given, Text const &path)
+    {
+        return given.empty() ? path : kor_apps::make_absolute(from_utf8(given));
+    }
+
     int RunCommand()
     {
         try {
-            Session session(
-                SettingsFile(m_settings.empty() ? SettingsFile::GetDefaultPath()
-                                                : kor_apps::make_absolute(from_utf8(m_settings))));
+            Session session(SettingsFile(choose(m_settings, SettingsFile::GetDefaultPath())),
+                choose(m_plugins, find_plugin_folder()));
             return m_command(session);
         } catch (CXException *exception) {
             report_error(exception->GetErrorMessage());
@@ -102,12 +108,24 @@ private:
 
     void AddTypes()
     {
-        CLI::App &types = AddCommand("types", "Print the file types that are known",
-            [this](Session &) { return list_types(m_types); });
+        CLI::App &types
+            = AddCommand("types", "Print the file types that are known", [this](Session &session) {
+                  session.LoadPlugins();
+                  return list_types(m_types);
+              });
         types.add_option("KIND", m_types.kinds, "Only these kinds")
             ->check(CLI::IsMember(get_kind_names()));
         types.add_flag("-l,--load", m_types.loaded, "Only what can be loaded");
         types.add_flag("-s,--save", m_types.saved, "Only what can be saved");
+    }
+
+    void AddPlugins()
+    {
+        AddCommand("plugins", "Print what came of each library of the plug-ins folder",
+            [](Session &session) {
+                session.LoadPlugins();
+                return list_plugins(session.plugin_folder);
+            });
     }
 
     void AddOpen()
@@ -223,6 +241,7 @@ private:
     CLI::App m_app { "Keeps what is in your 3D and image files in a scene.", "scoutrix" };
     Command m_command;
     std::string m_settings;
+    std::string m_plugins;
     std::string m_log;
     std::string m_scene;
     ImportOptions m_import;

@@ -4,9 +4,10 @@
 #include "apps/common/console.h"
 #include "apps/common/text_table.h"
 #include "apps/scoutrix/exit_codes.h"
+#include "kortools/files/io_plugins.h"
+#include "kortools/files/path_parts.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace scoutrix {
 namespace {
@@ -74,10 +75,15 @@ std::vector<CFileExt> get_types()
     return result;
 }
 
+Text get_library_name(CFileExt const &type)
+{
+    return fileStripPath(GetIOPluginPath(type.m_callback));
+}
+
 int list_types(TypeFilter const &filter)
 {
-    kor_apps::TextTable table(
-        { L"class", L"kind", L"can", L"loader", L"saver", L"extensions", L"description" });
+    kor_apps::TextTable table({ L"class", L"kind", L"can", L"loader", L"saver", L"plug-in",
+        L"extensions", L"description" });
     int listed = 0;
     for (CFileExt const &type : get_types()) {
         if (!is_wanted(type, filter))
@@ -87,7 +93,7 @@ int list_types(TypeFilter const &filter)
         table.Add(
             { format_code(type.m_class), kor_apps::from_utf8(get_kind_name(type.m_properties)),
                 get_abilities(type), format_code(type.m_loader), format_code(type.m_saver),
-                extensions, type.m_description });
+                get_library_name(type), extensions, type.m_description });
         ++listed;
     }
     if (listed > 0)

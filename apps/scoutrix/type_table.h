@@ -19,6 +19,9 @@ Text format_code(unsigned int code);
 
 std::vector<CFileExt> get_types(); // by description
 
+// The file name of the plug-in that has added the type; empty for others.
+Text get_library_name(CFileExt const &type);
+
 struct TypeFilter {
     std::vector<std::string> kinds; // empty: all
     bool loaded = false;            // only what can be loaded

@@ -16,13 +16,14 @@ inline std::string to_utf8(std::filesystem::path const &path)
     return { text.begin(), text.end() };
 }
 
+// Without plug-ins, unless a test sets their folder.
 class Host : public testing::Test {
 protected:
     // The exit code; what is printed stays in m_output and m_errors.
     int Run(std::vector<std::string> arguments)
     {
-        arguments.insert(
-            arguments.begin(), { "scoutrix", "--settings", m_settings, "--log", m_log });
+        arguments.insert(arguments.begin(),
+            { "scoutrix", "--settings", m_settings, "--log", m_log, "--plugins", m_plugins });
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
         int const result = scoutrix::run_host(arguments);
@@ -62,6 +63,8 @@ protected:
     std::string const m_settings = to_utf8(m_folder.GetPath() / "settings" / "host.prefs");
     std::string const m_scene = to_utf8(m_folder.GetPath() / "a.scene");
     std::string const m_log = to_utf8(m_folder.GetPath() / "host.log");
+    std::string m_plugins
+        = to_utf8(m_folder.GetPath() / "none"); // the host reads what it can itself
     std::string m_output;
     std::string m_errors;
 };

@@ -91,7 +91,8 @@ TEST_F(Host, ListsTheTypesOfAKind)
 {
     EXPECT_EQ(Run({ "types", "web", "video", "--save" }), 0);
     EXPECT_EQ(std::ranges::count(m_output, '\n'), 2) << m_output;
-    EXPECT_NE(m_output.find("AVI    video  load save  BRNS    BRNS   .avi        Avi files\n"),
+    EXPECT_NE(
+        m_output.find("AVI    video  load save  BRNS    BRNS            .avi        Avi files\n"),
         std::string::npos)
         << m_output;
     EXPECT_EQ(Run({ "types", "audio", "--save" }), 1);

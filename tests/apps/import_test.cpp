@@ -2,6 +2,7 @@
 // Imports on several threads, and how a user stops them.
 #include "apps/common/console.h"
 #include "apps/scoutrix/document_batch.h"
+#include "apps/scoutrix/known_types.h"
 #include "kortools/app/progress_callback.h"
 #include "kortools/app/thread_registry.h"
 #include "tests/apps/host_support.h"
@@ -55,8 +56,8 @@ protected:
     int ImportAndInterrupt(std::string const &mesh)
     {
         kor_test::ChildProcess child("run_host",
-            { "scoutrix", "--settings", m_settings, "--log", m_log, "import", mesh, "-o",
-                m_scene });
+            { "scoutrix", "--settings", m_settings, "--log", m_log, "--plugins", m_plugins,
+                "import", mesh, "-o", m_scene });
         std::string const reading = "reading ";
         while (kor_test::read_file(m_log).find(reading) == std::string::npos)
             std::this_thread::sleep_for(5ms);
@@ -93,7 +94,7 @@ TEST_F(HostImport, KeepsTheOrderOfManyFiles)
 
 TEST_F(HostImport, EndsItsThreadsWhenTheCallbackSaysSo)
 {
-    scoutrix::OwnTypes const types;
+    scoutrix::KnownTypes const types(L"");
     write_large_mesh(m_folder.GetPath() / "large.obj");
     std::deque<scoutrix::Document> documents;
     for (int i = 0; i < 4; ++i)
