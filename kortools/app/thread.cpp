@@ -244,9 +244,12 @@ bool CXThread::SuspendThread()
 
 bool CXThread::ResumeThread()
 {
-    bool const done = m_native && m_native->resume();
-    if (done)
-        m_suspended = false;
+    if (!m_native)
+        return false;
+    bool const before = m_suspended.exchange(false); // at once: it may suspend itself again
+    bool const done = m_native->resume();
+    if (!done && before)
+        m_suspended = true;
     return done;
 }
 
