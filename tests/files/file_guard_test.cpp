@@ -95,3 +95,15 @@ TEST(FileGuard, ABlockedReadIsCancelled)
         EXPECT_TRUE(fileTimeOut(ioTimeOutDestroy, L"pipe", &timeout, guard));
     }
 }
+
+TEST(FileGuard, ASectionThatDoesNotWaitIsOnlyMarked)
+{
+    unsigned int timeout = 20;
+    void *guard = nullptr;
+    fileTimeOut(ioTimeOutCreateAlways, L"x", &timeout, guard);
+    fileTimeOut(ioTimeOutStart, L"x", &timeout, guard);
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_TRUE(fileTimeOut(ioTimeOutEnd, L"x", &timeout, guard));
+    EXPECT_EQ(timeout, late);
+    fileTimeOut(ioTimeOutDestroy, L"x", &timeout, guard);
+}
