@@ -3,6 +3,8 @@
 // its decoders then read for ever. Here every byte passes through ByteSource, which notices a read
 // behind the end, gives what is no good data in any format, and so has the picture refused.
 #include "plugins/bitmaps/bitmap_plugin.h"
+#include "plugins/bitmaps/byte_source.h"
+#include "plugins/bitmaps/jpeg_check.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -16,87 +18,6 @@ namespace bitmap_plugin {
 namespace {
 
 constexpr std::uint64_t maximum_pixels = 1U << 28; // more than any file that should fit in memory
-
-class ByteSource {
-public:
-    explicit ByteSource(IoPluginLoad &request)
-        : m_request(request)
-        , m_block(64 * 1024)
-    {
-    }
-
-    bool is_cancelled() const { return m_is_cancelled; }
-    bool was_too_short() const { return m_was_too_short; }
-    void rewind() { m_position = 0; }
-
-    int read(char *target, int size)
-    {
-        int done = 0;
-        while (done < size && !m_is_cancelled) {
-            if (m_position < m_start || m_position >= m_start + m_size) {
-                fill();
-                if (m_size == 0)
-                    break;
-            }
-            std::size_t const count
-                = std::min(static_cast<std::size_t>(size - done), m_size - (m_position - m_start));
-            std::memcpy(target + done, &m_block[m_position - m_start], count);
-            m_position += count;
-            done += static_cast<int>(count);
-        }
-        return done > 0 || size <= 0 ? done : fill_up(target, size);
-    }
-
-    void skip(int count)
-    {
-        auto const back = static_cast<std::uint64_t>(-static_cast<long long>(count));
-        m_position = count >= 0 ? m_position + static_cast<unsigned int>(count)
-                                : m_position - std::min(m_position, back);
-    }
-
-    static stbi_io_callbacks make_callbacks()
-    {
-        return {
-            [](void *user, char *data, int size) { return of(user).read(data, size); },
-            [](void *user, int count) { of(user).skip(count); },
-            [](void *user) { return int(of(user).m_position >= of(user).m_request.file_size); },
-        };
-    }
-
-private:
-    // Not for long: there are decoders that would go on with that, and end with zeros.
-    int fill_up(char *target, int size)
-    {
-        constexpr int most = 64 * 1024;
-        m_was_too_short = true;
-        if (m_filled > most)
-            return 0;
-        std::memset(target, 0xFE, static_cast<std::size_t>(size));
-        m_filled += size;
-        return size;
-    }
-
-    static ByteSource &of(void *user) { return *static_cast<ByteSource *>(user); }
-
-    void fill()
-    {
-        m_start = m_position;
-        m_size = m_request.read(m_request.host, m_start, m_block.data(), m_block.size());
-        double const size = static_cast<double>(std::max<std::uint64_t>(m_request.file_size, 1));
-        // Decoding takes as long as reading, and tells nothing.
-        double const fraction = static_cast<double>(m_start) / size;
-        m_is_cancelled = !m_request.progress(m_request.host, fraction * 0.9);
-    }
-
-    IoPluginLoad &m_request;
-    std::vector<unsigned char> m_block;
-    std::uint64_t m_start = 0; // of the block in the file
-    std::size_t m_size = 0;    // bytes of the block that are filled
-    std::uint64_t m_position = 0;
-    bool m_is_cancelled = false;
-    bool m_was_too_short = false;
-    int m_filled = 0; // bytes given behind the end
-};
 
 struct FreePixels {
     void operator()(void *pixels) const { stbi_image_free(pixels); }
@@ -161,12 +82,16 @@ public:
         : m_request(request)
         , m_source(request)
         , m_bits(bits)
+        , m_format(format)
         , m_is_float(format == Format::Hdr)
     {
     }
 
     bool run()
     {
+        if (m_format == Format::Jpeg && !is_sound_jpeg(m_source))
+            return refuse("its tables are damaged");
+        m_source.rewind();
         int width = 0;
         int height = 0;
         int channels = 0;
@@ -211,13 +136,12 @@ private:
             && m_request.progress(m_request.host, 1);
     }
 
-    bool refuse()
+    bool refuse(char const *reason = stbi_failure_reason())
     {
         if (m_source.is_cancelled())
             return fail(m_request, ioCancelled, "cancelled");
         if (m_source.was_too_short())
             return fail(m_request, ioDamaged, "the file is cut");
-        char const *const reason = stbi_failure_reason();
         if (reason && std::strcmp(reason, "outofmem") == 0)
             return fail(m_request, ioNoMemory, "memory is exhausted");
         return fail(m_request, ioDamaged, reason);
@@ -227,6 +151,7 @@ private:
     ByteSource m_source;
     stbi_io_callbacks const m_callbacks = ByteSource::make_callbacks();
     unsigned int m_bits; // of a pixel in the file, 0: not known
+    Format m_format;
     bool m_is_float;
     bool m_is_wide = false; // 16 bits per channel
 };

@@ -87,6 +87,12 @@ TEST_F(BitmapPlugin, RefusesSamplesThatAreCutOrOfAnotherFormat)
             EXPECT_FALSE(m_report.m_error.IsEmpty());
         }
     }
+    // A Huffman table with more codes than there are.
+    std::string jpeg = read_file(m_samples / "gradient.jpg");
+    jpeg.replace(jpeg.find("\xFF\xC4") + 5, 16, std::string(16, '\x7F'));
+    std::ofstream(m_folder.GetPath() / "tables.jpg", std::ios::binary) << jpeg;
+    EXPECT_FALSE(load(m_folder.GetPath() / "tables.jpg"));
+    EXPECT_EQ(error(), "its tables are damaged");
     std::ofstream(m_folder.GetPath() / "text.png") << "neither this nor that, but long enough";
     EXPECT_FALSE(load(m_folder.GetPath() / "text.png"));
     EXPECT_EQ(m_report.m_result, ioWrongFormat);

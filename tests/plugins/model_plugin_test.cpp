@@ -17,6 +17,14 @@
 
 using String = CXTString<wchar_t>;
 
+// For the address sanitizer: the importers lose memory when a file is cut.
+extern "C" KORTOOLS_PLUGIN_API char const *__lsan_default_suppressions();
+
+char const *__lsan_default_suppressions()
+{
+    return "leak:libassimp";
+}
+
 namespace {
 
 using Matrix = std::array<double, 16>;
