@@ -176,8 +176,7 @@ std::vector<String> find_libraries(String dir)
         add_names(dir + L"*.dll", paths);
     }
     std::ranges::sort(paths, [](String const &a, String const &b) { return a.Compare(b) < 0; });
-    auto const same = std::ranges::unique(paths);
-    paths.erase(same.begin(), same.end());
+    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
     return paths;
 }
 

@@ -118,12 +118,12 @@ bool LoadRequest::give(bool accepted)
 template <class Record, class Taken>
 bool LoadRequest::take(Record const *record,
     Fault (*check)(Record const *, SceneCounts const &, Taken &),
-    bool (CIoSink::*take_it)(Taken const &))
+    bool (CIoSink::*give_to)(Taken const &))
 {
     Taken taken;
     if (Fault const fault = check(record, m_counts, taken))
         return refuse(fault);
-    return give((m_sink.*take_it)(taken));
+    return give((m_sink.*give_to)(taken));
 }
 
 std::size_t LoadRequest::read(

@@ -64,7 +64,7 @@ private:
     template <class Use> static bool guarded(void *host, Use use) noexcept;
     template <class Record, class Taken>
     bool take(Record const *record, Fault (*check)(Record const *, SceneCounts const &, Taken &),
-        bool (CIoSink::*give)(Taken const &));
+        bool (CIoSink::*give_to)(Taken const &));
     Fault check_rows(unsigned int first, unsigned int count, void const *rows, std::size_t stride);
     bool give(bool accepted);
     bool refuse(Fault const &fault);
