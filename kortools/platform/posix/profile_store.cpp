@@ -311,6 +311,8 @@ bool delete_profile(ProfilePlace const &place)
 {
     if (!is_profile_name(place.product) || !is_profile_name(place.section))
         return false;
+    if (access(get_path(place.product).c_str(), F_OK) != 0)
+        return false; // and no folder and lock for nothing
     return change_profile(place.product, [&](CSimpleIniA &values) {
         std::string const section = encode_profile_name(place.section);
         if (place.entry.empty())
