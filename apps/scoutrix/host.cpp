@@ -26,7 +26,8 @@ public:
     {
         m_app.require_subcommand(1);
         m_app.allow_windows_style_options(false); // /a/b is a path
-        m_app.fallthrough();                      // the host's own options may follow the command
+        m_app.footer(footer);
+        m_app.fallthrough(); // the host's own options may follow the command
         m_app.add_option("--settings", m_settings, "The settings to use, in place of your own");
         m_app.add_option("--plugins", m_plugins, "The folder of plug-ins, in place of the host's");
         m_app.add_option("--log", m_log, "The log to go on with, in place of your own");
@@ -234,11 +235,16 @@ private:
         command.add_option("SCENE", m_scene, "A scene that import wrote")->required();
     }
 
+    static constexpr char const *footer
+        = "scoutrix COMMAND --help tells what a command takes.\n"
+          "Exit codes: 0 done; 1 failed, or nothing found; 2 wrong usage; a file 3 is missing, 4 "
+          "is of\n"
+          "a type that nothing loads, 5 cannot be read; 130 cancelled by Ctrl+C.";
     static constexpr char const *expression_help
         = "What the name has: words with * and ?, joined by & (and), ^ (or), ! (not), ( )";
     static constexpr char const *node_help = "The number of a node in the list, or its name";
 
-    CLI::App m_app { "Keeps what is in your 3D and image files in a scene.", "scoutrix" };
+    CLI::App m_app { "Opens 3D and image files, and keeps what is in them in scenes.", "scoutrix" };
     Command m_command;
     std::string m_settings;
     std::string m_plugins;
