@@ -10,12 +10,6 @@
 #include <memory>
 #include <vector>
 
-#ifdef _WIN32
-#include <windows.h>
-
-#include <ole2.h>
-#endif
-
 namespace {
 
 using KeptThread = Kept<CCustomThread>;
@@ -59,11 +53,7 @@ TEST(CustomThread, AllAreAskedToEndAndWaitedFor)
     EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0);
     for (auto const &worker : workers)
         EXPECT_TRUE(worker->IsTerminated() && worker->GetThreadResult());
-
-    auto const late = begin_workers(1);
-    EXPECT_TRUE(late[0]->WaitForEnd()) << "asked although it began after the wish";
     CCustomThread::AskForThreadsEnd(false);
-    EXPECT_FALSE(late[0]->MustTerminate());
 }
 
 TEST(CustomThread, OneIsStoppedInAnyState)
@@ -78,7 +68,6 @@ TEST(CustomThread, OneIsStoppedInAnyState)
     EXPECT_TRUE(workers[2]->WaitForEnd());
     auto const unborn = begin_workers(1, CXThread::beginSuspended);
     EXPECT_TRUE(unborn[0]->StopThread());
-    EXPECT_TRUE(Worker().StopThread());
 
     std::atomic<bool> end { false };
     KeptThread const stubborn([&] {
@@ -122,18 +111,4 @@ TEST(CustomThread, HardTerminationEndsThoseThatDoNotListen)
         EXPECT_TRUE((*thread)->WaitForEnd(0) && !(*thread)->ResumeThread());
     CXThread::SleepCurrentThread(20);
     EXPECT_EQ(s_steps, steps);
-}
-
-TEST(CustomThread, AWinCustomThreadHasAnApartment)
-{
-    Kept<CWinCustomThread> const thread([] {
-#ifdef _WIN32
-        bool const entered = OleInitialize(nullptr) == S_FALSE; // already done
-        OleUninitialize();
-        return entered;
-#else
-        return true;
-#endif
-    });
-    EXPECT_TRUE(thread->WaitForEnd() && thread->GetThreadResult());
 }

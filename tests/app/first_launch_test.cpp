@@ -3,12 +3,10 @@
 #include "kortools/app/application_paths.h"
 #include "kortools/app/build_identity.h"
 #include "kortools/app/first_launch.h"
-#include "kortools/app/version.h"
 #include "kortools/files/directories.h"
 #include "kortools/files/file_status.h"
 #include "kortools/platform/file_system.h"
 #include "tests/app/profile_support.h"
-#include "tests/support/thread_language.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -89,7 +87,6 @@ TEST_F(FirstLaunch, IsToldFromTheBuildThatRanBefore)
         }
     }
     EXPECT_EQ(m_app.GetProfileString(L"settings", L"currentVersionDate"), old.date);
-    EXPECT_EQ(m_app.GetProfileString(L"settings", L"currentVersionTime"), L"12:02:27");
     EXPECT_EQ(m_app.GetProfileInt(L"settings", L"currentVersionMajor"), 16);
 
     EnablePreferencesSaving(false); // then it stays the first one
@@ -99,11 +96,6 @@ TEST_F(FirstLaunch, IsToldFromTheBuildThatRanBefore)
         EXPECT_TRUE(IsFirstLaunch(&m_app, false, false, &major, &minor));
         EXPECT_EQ(major * 100 + minor, 1603);
     }
-    EnablePreferencesSaving(true);
-    EXPECT_TRUE(IsFirstLaunch(nullptr)); // in the preferences file
-    EXPECT_FALSE(IsFirstLaunch(&m_app, true));
-    EXPECT_TRUE(IsFirstLaunch(&m_app));
-    EXPECT_FALSE(IsFirstLaunch(&m_app));
 }
 
 TEST_F(FirstLaunch, FilesComeFromTheNewestEarlierVersionThatHasThem)
@@ -120,7 +112,6 @@ TEST_F(FirstLaunch, FilesComeFromTheNewestEarlierVersionThatHasThem)
     EXPECT_TRUE(CopyFileFromPreviousVersionIfMissing(L"oldest.kor"));
     EXPECT_EQ(get(L"oldest.kor"), "none");
     EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(L"new.kor"));
-    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(L""));
     put(L" 10", L"some.kor", "10");
     EXPECT_TRUE(CopyFileFromPreviousVersionIfMissing(L"some.kor"));
     EXPECT_EQ(get(L"some.kor"), "9"); // kept
@@ -129,25 +120,6 @@ TEST_F(FirstLaunch, FilesComeFromTheNewestEarlierVersionThatHasThem)
     SetUserPreferencesPath(elsewhere.GetFile(L"a/b").c_str());
     EXPECT_TRUE(CopyFileFromPreviousVersionIfMissing(L"some.kor"));
     EXPECT_EQ(get(L"some.kor"), "10");
-    SetUserPreferencesPath(L"");
-    SetInternalProductName(m_product.c_str()); // without a version there is no earlier one
-    EXPECT_FALSE(CopyFileFromPreviousVersionIfMissing(L"other.kor"));
-}
-
-TEST_F(FirstLaunch, TheDescriptionNamesProductVersionAndSystem)
-{
-    Text version;
-    EXPECT_EQ(GetDllVersion(version), 0x100000U);
-    EXPECT_EQ(version, L"16.0.0");
-    ThreadLanguage const language(1033);
-    Text const expected = L"Product information\r\n------------------------------------------\r\n"
-        + Text(m_product) + L" 16, SP 0.0\r\n64-bit version\r\nKorTools 16.0.0 ("
-        + kortools::app::get_build_identity().date + L")\r\n";
-    Text const description = GetApplicationDescription();
-    EXPECT_EQ(description.Left(expected.GetLength()), expected);
-    Text named = expected;
-    named.Replace((m_product + L" 16").c_str(), L"Viewer 3");
-    EXPECT_EQ(GetApplicationDescription(L"Viewer 3", false), named);
 }
 
 } // namespace

@@ -2,11 +2,9 @@
 #include "kortools/app/application.h"
 #include "kortools/app/application_paths.h"
 #include "kortools/app/log_events.h"
-#include "kortools/app/thread_language.h"
 #include "kortools/files/directories.h"
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/message_hook.h"
-#include "kortools/text/string_table.h"
 #include "tests/support/child_process.h"
 #include "tests/support/temp_folder.h"
 
@@ -65,18 +63,6 @@ TEST(EventLog, HasALineForEachMessageToAWindowOfTheThread)
         mark + "Msg 0x0000000f lParam 0x00000000 wParam 0x00000000 Window Scene Class KorView\n");
     SetInternalProductName(L"");
     EXPECT_TRUE(fileRemoveDirectory(data, true));
-}
-
-TEST(ThreadLanguage, IsThatOfTheTextsOfOneThread)
-{
-    CXTString<wchar_t> const users = xLoadString(5392);
-    SetThreadLanguage(0x0C0C); // French of Canada
-    EXPECT_EQ(xLoadString(5392), L"Oui");
-    std::thread([&] { EXPECT_EQ(xLoadString(5392), users); }).join();
-    SetThreadLanguage(1031);
-    EXPECT_EQ(xLoadString(5392), L"Yes");
-    SetThreadLanguage(0);
-    EXPECT_EQ(xLoadString(5392), users);
 }
 
 } // namespace

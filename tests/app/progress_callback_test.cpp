@@ -30,14 +30,6 @@ ProcessProgressInfo const info { 42 };
 
 } // namespace
 
-TEST(ProgressCallback, AnEmptyStackAnswersFalse)
-{
-    void *user = &user;
-    progressPushCallback(nullptr, user); // ignored
-    EXPECT_FALSE(progressCallCallback(progressQueryCancel, info) || progressUserCancel()
-        || progressPopCallback() || progressGetCallback(user) || user);
-}
-
 TEST(ProgressCallback, RemembersTheAnswerToAQueryOnly)
 {
     Listener outer { [] { return true; } };

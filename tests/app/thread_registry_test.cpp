@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/app/thread_registry.h"
 
-#include "kortools/app/parallel.h"
 #include "kortools/app/thread.h"
 
 #include <algorithm>
@@ -100,7 +99,6 @@ TEST(ThreadRegistry, AgreesWithAModelOfParentsAndMarks)
 TEST(ThreadRegistry, ZeroIsTheCallingThread)
 {
     ThreadID const self = CXThread::GetCurrentThreadID();
-    EXPECT_EQ(GetApplicationMainThreadID(), self) << "the one that loaded the library";
     AttachThread(self, 0);
     EXPECT_TRUE(get_children(0).empty()) << "a thread is not its own child";
     AttachThread(first, 0);
@@ -129,17 +127,4 @@ TEST(ThreadRegistry, ARingOfParentsEndsTheLookUp)
         for (ThreadID i = 0; i < length + 3; ++i)
             DetachThread(first + i);
     }
-}
-
-TEST(Parallel, CountsAreClampedAndChunksDivideALoopInto24PartsForEachThread)
-{
-    int const most = OMPGetMaxThreadCount();
-    for (auto [wanted, stored] : { std::pair(0, 1), { -7, 1 }, { most + 1, most } }) {
-        OMPSetMaxThreadCount(wanted);
-        EXPECT_EQ(OMPGetMaxThreadCount(), stored) << wanted;
-    }
-    auto const parts = 24 * static_cast<unsigned>(most);
-    for (auto [count, chunk] : { std::pair(0U, 1U), { 23U, 1U }, { 2 * parts - 1, 1U },
-             { 2 * parts, 2U }, { 0xFFFFFFFF, 0xFFFFFFFF / parts } })
-        EXPECT_EQ(OMPGetScheduleChunkSize(count), chunk) << count;
 }

@@ -121,8 +121,6 @@ TEST(Import, FindsDimensionsAndCounts)
     CSceneNode const &ball = node(scene, L"sphere.obj");
     EXPECT_EQ(cube.Describe(), L"Wavefront OBJ, 8 vertices, 6 faces, 3 groups");
     EXPECT_EQ(ball.Describe(), L"Wavefront OBJ, 176 vertices, 160 faces, 1 group");
-    EXPECT_EQ(node(scene, L"sides").Describe(), L"4 faces");
-    EXPECT_EQ(corner(cube, scoutrix::propertyMaximum, 1), 0.5);
     EXPECT_EQ(corner(ball, scoutrix::propertyMinimum, 2), -1.0);
     EXPECT_EQ(cube.GetParent(), ball.GetParent()) << "one folder, one node";
     EXPECT_EQ(
@@ -192,22 +190,6 @@ TEST(Scene, OfEarlierBuildsIsWrittenAsItWas)
     EXPECT_EQ(store(*load_golden("scene_2.scene")), read_file(find_golden("scene_2.scene")));
 }
 
-TEST(Scene, PutsFoldersIntoEachOther)
-{
-    CScene scene;
-    for (wchar_t const *folder :
-        { L"C:\\a\\b\\c", L"C:\\a\\bc", L"C:\\a\\b", L"D:\\", L"D:\\x", L"C:\\a" })
-        scene.Put(make_file(folder, L"f"));
-    std::wstring folders;
-    for (CTreeNode *each = scene.GetTree().GetFirstNode(); each != nullptr;
-         each = scene.GetTree().GetNextNode(each)) {
-        if (each->GetDisplayName() != L"f")
-            folders
-                += std::to_wstring(CTree::GetDepth(each)) + each->GetDisplayName().GetConstBuffer();
-    }
-    EXPECT_EQ(folders, L"1D:\\2x1a2bc2b3c");
-}
-
 TEST(Scene, KeepsIdentifiersAndValuesOfWhatIsReadAgain)
 {
     CScene scene;
@@ -225,11 +207,6 @@ TEST(Scene, KeepsIdentifiersAndValuesOfWhatIsReadAgain)
         L"3 3 cover: \n3 5 handle: 3 faces\n");
     EXPECT_EQ(node(scene, L"3").GetUserValues().at(0).value, L"red");
     EXPECT_EQ(mesh->GetUserValues().at(0).value, L"mine");
-    mesh->SetUserValue(L"note", L"");
-    EXPECT_TRUE(mesh->GetUserValues().empty());
-    scene.Remove(&node(scene, L"1"));
-    EXPECT_TRUE(scene.GetTree().IsEmpty());
-    EXPECT_EQ(scene.Put(file)->FormatProperty(scoutrix::propertyId), L"7") << "6 is its folder";
 }
 
 TEST(Scene, MendsIdentifiersAndRefusesOtherNodes)

@@ -7,7 +7,6 @@
 #include "kortools/graphics/color_model.h"
 #include "kortools/graphics/named_colors.h"
 #include "kortools/graphics/wide_color.h"
-#include "kortools/text/string_table.h"
 
 #include <algorithm>
 #include <array>
@@ -87,30 +86,20 @@ TEST(Colors, TakeComponentsOfEveryType)
     EXPECT_EQ(CRGBColor(), CRGBColor(0, 0, 0, 255));
     EXPECT_EQ(CRGBColor(1.0F, 0.5F, 0.0F, 255.0F), CRGBColor(255, 127, 0, 255));
     EXPECT_EQ(CRGBColor(2.0F, -1.0F, nan, 0.9999F, 255.0F), CRGBColor(255, 0, 0, 254));
-    EXPECT_EQ(CRGBColor(1.0, 0.5, 0.0, 255.0F), CRGBColor(255, 127, 0));
     EXPECT_EQ(CRGBColor(1e300, 0.5, -1e300, 0.25, 100.0F), CRGBColor(255, 50, 0, 25));
     EXPECT_EQ(CRGBColor(0x11332211UL), CRGBColor(0x11, 0x22, 0x33, 255));
     EXPECT_EQ(CRGBColor(256, -1, 511), CRGBColor(0, 255, 255)); // low 8 bits
     unsigned char const bytes[] { 9, 8, 7, 6, 5 };
     EXPECT_EQ(CRGBColor(bytes, 3), CRGBColor(9, 8, 7, 255));
     EXPECT_EQ(CRGBColor(bytes, 5), CRGBColor(bytes[0], bytes[1], 7, 6)); // mixed types, too
-    EXPECT_EQ(CRGBColor(bytes, 1), CRGBColor(9, 0, 0, 255));
-    EXPECT_EQ(CRGBColor(bytes, -1), CRGBColor());
     float const reals[] { 0.1F, 0.2F, 0.3F, 0.4F };
-    double const doubles[] { 0.5, 0.25, 0.125, 1 };
     CRGBColor color;
     color.SetColor4(reals, 100);
     EXPECT_EQ(color, CRGBColor(10, 20, 30, 40));
-    color.SetColor3(doubles, 80);
-    EXPECT_EQ(color, CRGBColor(40, 20, 10));
     EXPECT_EQ(CRGBColor(1, 2, 3, 255).GetRGBA(), 0xFF030201UL);
-    EXPECT_EQ(CRGBColor(1, 2, 3, 4).GetRGB(), 0x030201UL);
     float out[4];
     CRGBColor(51, 0, 102, 255).GetColor4f(out, 51);
     EXPECT_EQ(std::vector<float>(out, out + 4), (std::vector<float> { 1, 0, 2, 5 }));
-    double wide[4];
-    CRGBColor(51, 0, 102, 255).GetColor4d(wide, 510);
-    EXPECT_EQ(wide[0], 0.1);
 }
 
 TEST(Colors, ComputeWithinTheirLimits)
@@ -119,11 +108,8 @@ TEST(Colors, ComputeWithinTheirLimits)
     CRGBColor const b(100, 120, 10, 20);
     EXPECT_EQ(a + b, CRGBColor(255, 220, 20, 60));
     EXPECT_EQ(a - b, CRGBColor(100, 0, 0, 20));
-    EXPECT_EQ(a * 1.5F, CRGBColor(255, 150, 15, 60));
-    EXPECT_EQ(a * -1, CRGBColor(0, 0, 0, 0));
     EXPECT_EQ(a * 0.29F, CRGBColor(58, 29, 2, 11)); // 100 x 0.29F is 29 as a float
     EXPECT_EQ(a * 0.29, CRGBColor(57, 28, 2, 11));  // and just below as a double
-    EXPECT_EQ(CRGBColor::Interpolate(1, a, b, false), CRGBColor(200, 100, 10, 255));
     EXPECT_EQ(CRGBColor::Interpolate(0.25F, a, b, true), CRGBColor(125, 115, 10, 25));
     EXPECT_EQ(CRGBColor::Interpolate(2, a, b, true), CRGBColor(255, 80, 10, 60));
 
@@ -137,10 +123,6 @@ TEST(Colors, ComputeWithinTheirLimits)
     EXPECT_EQ(sum.ConvertToRGBColor(0), CRGBColor(255, 255, 255, 255));
     sum *= 0.5F;
     EXPECT_EQ(sum, CRGB32Color(500, 257, 1, 8388607));
-    sum *= -1;
-    EXPECT_EQ(sum, CRGB32Color(0, 0, 0, 0));
-    sum = a;
-    EXPECT_EQ(sum, CRGB32Color(200, 100, 10, 40));
 }
 
 TEST(Colors, FollowTheModelOneByOneAndInBuffers)
@@ -187,20 +169,13 @@ TEST(Colors, ConvertModelComponentsOutOfRange)
             }
         }
     }
-    CRGBColor const red(255, 0, 0);
-    EXPECT_EQ(hsl_of(red), (Triple { 0, 1, 1 }));
-    EXPECT_EQ(CRGBColor(0, 255, 0).GetHue(), 2 / 6.0F);
-    EXPECT_EQ(CRGBColor(0, 0, 255).GetHue(), 4 / 6.0F);
-    EXPECT_EQ(hsl_of({ 128, 128, 128 }), (Triple { 0, 0, 128 / 255.0F }));
-    CRGBColor color = red;
+    CRGBColor color(255, 0, 0);
     color.SetHue(-0.25F);
     EXPECT_EQ(color.GetHue(), CRGBColor(127, 0, 255).GetHue());
     color.SetHue(2.5F);
     EXPECT_EQ(color, CRGBColor(0, 255, 255));
     color.SetSaturation(-3);
     EXPECT_EQ(color, CRGBColor(255, 255, 255));
-    EXPECT_EQ(CRGBColor(100, 0, 0, 9).CreateLighten(1), CRGBColor(255, 0, 0, 9));
-    EXPECT_EQ(CRGBColor(100, 50, 7, 9).CreateDarken(1), CRGBColor(0, 0, 0, 9));
 }
 
 TEST(Colors, FillBuffersOfFloatsAndBack)
@@ -227,7 +202,7 @@ TEST(Colors, FillBuffersOfFloatsAndBack)
     EXPECT_EQ(back[1][3], 255);
 }
 
-TEST(Colors, AreFourBytesInAnArchiveAndATextInTwoLanguages)
+TEST(Colors, AreFourBytesInAnArchive)
 {
     CXMemFile file;
     CXArchive out(&file, CXArchive::store);
@@ -248,14 +223,6 @@ TEST(Colors, AreFourBytesInAnArchiveAndATextInTwoLanguages)
     read = CRGBColor();
     read.Serialize(in);
     EXPECT_EQ(read, color);
-
-    kortools::text::set_thread_language(kortools::text::english);
-    EXPECT_EQ(color.GetRGBString(), L"1 2 3 (RGB)");
-    kortools::text::set_thread_language(kortools::text::french);
-    CXTString<wchar_t> text;
-    color.GetRGBAString(text);
-    EXPECT_EQ(text, L"1 2 3 4 (RVBA)");
-    kortools::text::set_thread_language(0);
 }
 
 TEST(NamedColors, AreReadInTheirOrder)
@@ -282,7 +249,5 @@ TEST(NamedColors, AreReadInTheirOrder)
         EXPECT_EQ(CXNamedColors(row.text).GetColor(), row.light);
     }
     EXPECT_EQ(CXNamedColors(L"#112233").GetHexString(), L"#332211");
-    EXPECT_EQ(CXNamedColors(0xFF00000AUL).GetHexString(), L"#00000A");
-    EXPECT_EQ(CXNamedColors().GetColor(), 0U);
     EXPECT_EQ(CRGBColor(CXNamedColors(L"coral")), CRGBColor(255, 127, 80));
 }

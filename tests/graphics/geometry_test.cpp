@@ -15,9 +15,6 @@ namespace {
 struct NativePoint {
     int x, y;
 };
-struct NativeShortPoint {
-    short x, y;
-};
 struct NativeSize {
     int cx, cy;
 };
@@ -37,21 +34,16 @@ TEST(Points, PassForTheRecordsOfTheSystem)
     NativePoint const native { 1, -2 };
     CXPoint point = native;
     EXPECT_EQ(point, CXPoint(1, -2));
-    EXPECT_EQ(CXPoint(NativeShortPoint { -3, 4 }), CXPoint(-3, 4));
     NativePoint *const pointer = point;
     pointer->y = 7;
     EXPECT_EQ(point.y, 7);
-    NativePoint const copy = point;
-    EXPECT_EQ(copy.y, 7);
     NativeSize const extent = CXSize(point);
     EXPECT_EQ(extent.cy, 7);
     EXPECT_EQ(point + (NativeSize { 1, 1 }), CXPoint(2, 8));
-    EXPECT_EQ(point + native, CXPoint(2, 5));
     CXRect rect(NativeRect { 1, 2, 3, 4 });
     static_cast<NativeRect *>(rect)->right = 30;
     NativeRect const back = rect;
     EXPECT_EQ(CXRect(&back), CXRect(1, 2, 30, 4));
-    EXPECT_EQ(rect & back, rect);
 }
 
 TEST(Points, AddUpByKind)
@@ -63,20 +55,10 @@ TEST(Points, AddUpByKind)
     static_assert(std::is_same_v<decltype(s + p), CXPoint>);
     EXPECT_EQ(p - CXPoint(1, 2), CXPoint(9, 18)); // a size and a point
     EXPECT_EQ(p + s, CXPoint(13, 16));
-    EXPECT_EQ(p - s, CXPoint(7, 24));
     EXPECT_EQ(s - p, CXPoint(-7, -24));
-    EXPECT_EQ(s + s, CXSize(6, -8));
-    EXPECT_EQ(-p, CXPoint(-10, -20));
-    EXPECT_EQ(-s, CXSize(-3, 4));
     EXPECT_EQ(p + r, CXRect(11, 22, 15, 28));
     EXPECT_EQ(p - r, CXRect(-9, -18, -5, -12));
     EXPECT_EQ(s - r, r - s);
-    CXPoint moved = p;
-    moved.Offset(1, 1);
-    moved.Offset(p);
-    moved.Offset(s);
-    moved -= s;
-    EXPECT_EQ(moved, CXPoint(21, 41));
     EXPECT_EQ(CXPoint(INT_MAX, INT_MIN) + CXSize(1, -1), CXPoint(INT_MIN, INT_MAX));
     EXPECT_EQ(-CXSize(INT_MIN, 0), CXSize(INT_MIN, 0));
 }
@@ -84,18 +66,12 @@ TEST(Points, AddUpByKind)
 TEST(Rects, MoveGrowAndTurn)
 {
     CXRect rect(CXPoint(10, 20), CXSize(30, 40));
-    EXPECT_EQ(rect, CXRect(10, 20, 40, 60));
-    EXPECT_EQ(rect.CenterPoint(), CXPoint(25, 40));
     EXPECT_EQ(CXRect(-3, -3, 0, -2).CenterPoint(), CXPoint(-1, -2)); // toward zero
     EXPECT_EQ(rect + CXRect(1, 2, 3, 4), CXRect(9, 18, 43, 64));
-    EXPECT_EQ(rect - CXRect(1, 2, 3, 4), CXRect(11, 22, 37, 56));
-    EXPECT_EQ((rect - CXPoint(10, 20)).TopLeft(), CXPoint(0, 0));
     rect.InflateRect(CXSize(1, 2));
     rect.DeflateRect(2, 3);
     rect.DeflateRect(1, 2, 3, 4);
     EXPECT_EQ(rect, CXRect(12, 23, 36, 55));
-    rect.MoveToXY(-5, 5);
-    EXPECT_EQ(rect, CXRect(-5, 5, 19, 37));
     rect = CXRect(5, 1, 2, 9);
     EXPECT_FALSE(rect.PtInRect({ 3, 3 }));
     rect.NormalizeRect();
@@ -146,33 +122,10 @@ TEST(RealGeometry, RoundsByThreeRules)
     EXPECT_EQ(CXRect(CFRect(0.5F, 2.5F, -0.5F, -2.5F)), CXRect(1, -1, 3, -3));
 }
 
-TEST(RealGeometry, ConvertsUnitsAndScalesByComponent)
-{
-    EXPECT_EQ(MMToInch(25.4F), 1);
-    EXPECT_EQ(InchToMM(CFSize(1, 2)), CFSize(25.4F, 50.8F));
-    EXPECT_EQ(MMToInch(InchToMM(CFRect(1, 2, 4, 8))), CFRect(1, 2, 4, 8));
-    EXPECT_EQ(CFRect(1, 2, 3, 4) * CFSize(10, 100), CFRect(10, 20, 300, 400));
-    CFRect rect = CXRect(1, 2, 3, 4);
-    EXPECT_EQ(rect, CFRect(1, 3, 2, 4));
-    rect /= 2;
-    EXPECT_EQ(rect, CFRect(0.5F, 1.5F, 1, 2));
-    rect.InflateRect(0.5F, 1);
-    rect.OffsetRect(1, -1);
-    EXPECT_EQ(rect, CFRect(1, 3, -1, 2));
-    EXPECT_EQ(CFSize(CXRect(1, 2, 4, 8)), CFSize(3, 6));
-    EXPECT_EQ((CFSize(6, 9) - 1.0F + CFSize(1, 2)) / CFSize(2, 5), CFSize(3, 2));
-    CFPoint const corner = CFSize(1.5F, 2);
-    EXPECT_EQ(corner, CFPoint(1.5F, 2));
-}
-
 TEST(RealGeometry, MeetsAtTouchingEndsAndSaysWhatIsEmptyTheOtherWayRound)
 {
     EXPECT_FALSE(CFRect(0, 10, 0, 0).IsEmpty());
     EXPECT_TRUE(CFRect(0, 10, 0, 5).IsEmpty());
-    CFRect turned(5, 1, 2, 4);
-    EXPECT_FALSE(turned.IsNormalized());
-    turned.NormalizeRect();
-    EXPECT_EQ(turned, CFRect(1, 5, 2, 4));
 
     CFRect result;
     EXPECT_TRUE(result.IntersectRect(CFRect(0, 4, 0, 4), CFRect(4, 9, 1, 2)));
