@@ -5,7 +5,6 @@
 #include "kortools/files/directories.h"
 #include "kortools/files/file_status.h"
 #include "kortools/files/path_parts.h"
-#include "kortools/platform/current_directory.h"
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/known_folders.h"
 #include "tests/support/temp_folder.h"
@@ -42,8 +41,6 @@ TEST_F(Application, IsTheRunningProgramUntilItIsSet)
 
     SetApplicationPath(L"C:\\Apps\\bin\\..\\Viewer.exe");
     EXPECT_EQ(GetInternalProductName(), L"Viewer");
-    SetApplicationPath(L"sub\\Viewer.exe");
-    EXPECT_EQ(to_std(GetApplicationPath(true)), platform::get_current_directory() + L"\\sub\\");
     SetApplicationPath(L"");
     EXPECT_EQ(GetApplicationPath(), program);
 }

@@ -32,8 +32,6 @@
 
 namespace {
 
-using Text = CXTString<wchar_t>;
-
 std::string read(std::wstring const &path)
 {
     std::ifstream file { std::filesystem::path(path) };
@@ -54,16 +52,11 @@ TEST(Start, OnlyTheFirstOneCountsUntilTheEnd)
     InitKorTools();
     EXPECT_NE(GetApplicationMainThreadID(), CXThread::GetCurrentThreadID());
     EXPECT_EQ(GetInternalProductName(), L"Viewer");
-    EXPECT_EQ(Text(GetPreferencesFile()).Right(12), L"Viewer.prefs");
     EXPECT_EQ(GetPluginsDirectory(), L"C:\\Apps\\Plugins\\");
     WriteToLogFile(L"still the first\n");
-    EnablePreferencesSaving(false);
-    EXPECT_FALSE(IsPreferencesSavingEnabled());
 
     CloseBrantisApplication(korAllState);
     EXPECT_FALSE(IsLogFileEnabled());
-    EXPECT_TRUE(IsPreferencesSavingEnabled());
-    EXPECT_NE(GetInternalProductName(), L"Viewer");
     std::string const written = read(log);
     std::string const line = "InitBrantisApplication\n" + std::to_string(OMPGetMaxThreadCount())
         + " core will be used by default (use OMPSetMaxThreadCount, or define OMP_NUM_THREADS under"
@@ -157,10 +150,6 @@ TEST(ExitCallbacks, MayChangeTheTableEndAgainAndThrow)
     EXPECT_EQ(get_calls(), "*b");
     EXPECT_EQ(XGetThreadException(), nullptr);
     EXPECT_EQ(get_calls(), "n"); // what was added by a callback waits for the next end
-
-    AddApplicationExitCallback(add_and_remove, 1);
-    EXPECT_EQ(get_calls(korAllState), "*"); // and is freed with everything else
-    EXPECT_EQ(get_calls(), "");
 }
 
 // Bytes on the heap (0 where they cannot be counted) and open handles.

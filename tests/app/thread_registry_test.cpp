@@ -96,21 +96,6 @@ TEST(ThreadRegistry, AgreesWithAModelOfParentsAndMarks)
     }
 }
 
-TEST(ThreadRegistry, ZeroIsTheCallingThread)
-{
-    ThreadID const self = CXThread::GetCurrentThreadID();
-    AttachThread(self, 0);
-    EXPECT_TRUE(get_children(0).empty()) << "a thread is not its own child";
-    AttachThread(first, 0);
-    EXPECT_EQ(get_children(self), std::vector<ThreadID> { first });
-    SetCancelThread(true, 0);
-    EXPECT_TRUE(ShouldCancelThread(self) && ShouldCancelThread(0) && ShouldCancelThread(first));
-    std::thread([] { EXPECT_FALSE(ShouldCancelThread(0)); }).join();
-    SetCancelThread(false, self);
-    EXPECT_FALSE(ShouldCancelThread(0));
-    DetachThread(first);
-}
-
 TEST(ThreadRegistry, ARingOfParentsEndsTheLookUp)
 {
     for (ThreadID length = 2; length < 40; ++length) { // and a tail of three that leads into it

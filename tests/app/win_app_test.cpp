@@ -60,10 +60,6 @@ TEST(Profile, NumbersAndBytesComeBackAndKindsAreNotMixed)
         EXPECT_TRUE(app.GetProfileFloat(L"settings", L"float", found));
         EXPECT_EQ(std::bit_cast<unsigned>(found), std::bit_cast<unsigned>(number));
     }
-    unsigned long long longest = 0;
-    EXPECT_TRUE(app.WriteProfileLongUInt(L"settings", L"long", ~0ULL));
-    EXPECT_TRUE(app.GetProfileLongUInt(L"settings", L"long", longest));
-    EXPECT_EQ(longest, ~0ULL);
     Bytes all(256);
     for (std::size_t i = 0; i < all.size(); ++i)
         all[i] = static_cast<unsigned char>(i);
@@ -79,15 +75,6 @@ TEST(Profile, NumbersAndBytesComeBackAndKindsAreNotMixed)
     }
 
     EXPECT_EQ(get_text(app, L"settings", L"int"), L"(default)");
-    EXPECT_EQ(app.GetProfileInt(L"settings", L"long", 7), 7);
-    for (wchar_t const *const text : { L"", L"12x", L" 1", L"\u0131", L"18446744073709551616" }) {
-        float number = 1;
-        app.WriteProfileString(L"settings", L"text", text);
-        EXPECT_FALSE(app.GetProfileLongUInt(L"settings", L"text", longest, 8));
-        EXPECT_EQ(longest, 8U);
-        EXPECT_EQ(app.GetProfileFloat(L"settings", L"text", number, 9),
-            text[0] == L'1' && text[1] == L'8');
-    }
 }
 
 TEST(Profile, EntriesAndSectionsAreDeletedOnce)

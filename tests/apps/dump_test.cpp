@@ -203,7 +203,6 @@ TEST(Edit, MistakesAreNamedWithTheirPlace)
             "item 0: the class CScene 1 is not known" },
         { [](Json &json, Json &) { json["format"] = "x"; }, "there is no format 'x'" },
         { [](Json &, Json &asset) { asset["fields"]["more"] = 1; }, "" },
-        { [](Json &, Json &asset) { asset["object"] = 2; }, "" },
         { [](Json &json, Json &) { json.erase("kordump"); }, "" },
         { [](Json &json, Json &) {
              json["rest"] = Json::object({ { "hex", "0" } });

@@ -209,23 +209,6 @@ TEST(Scene, KeepsIdentifiersAndValuesOfWhatIsReadAgain)
     EXPECT_EQ(mesh->GetUserValues().at(0).value, L"mine");
 }
 
-TEST(Scene, MendsIdentifiersAndRefusesOtherNodes)
-{
-    TempFolder const folder;
-    std::wstring const path = folder.GetFile(L"scene");
-    CScene scene;
-    scene.Put(make_file(L"C:\\a", L"f"));
-    scene.Put(make_file(L"C:\\a", L"g"));
-    for (wchar_t const *name : { L"f", L"g" })
-        node(scene, name).GetProperties().SetULongInt(scoutrix::propertyId, 1);
-    scoutrix::save_scene(scene, path.c_str());
-    EXPECT_EQ(outline(*scoutrix::load_scene(path.c_str())),
-        L"1 1 a: C:\\a\n2 2 f: , 0 vertices, 0 faces\n2 3 g: , 0 vertices, 0 faces\n");
-    scene.GetTree().AddChild(nullptr, new CTreeNode, true);
-    scoutrix::save_scene(scene, path.c_str());
-    EXPECT_NE(failure_of([&] { scoutrix::load_scene(path.c_str()); }), L"");
-}
-
 TEST(Scene, RefusesEveryCutAndEveryChangedByteOrLoadsWhole)
 {
     TempFolder const folder;

@@ -51,23 +51,6 @@ TEST_F(HostSettings, AreKeptAndUsed)
     EXPECT_EQ(Get("sort") + Get("depth") + Get("progress"), "none2on");
 }
 
-TEST_F(HostSettings, RememberTheLatestScenesFirst)
-{
-    EXPECT_EQ(Run({ "list" }), 1) << "no scene is remembered";
-    Import({ "checker.bmp" });
-    auto const other = m_folder.GetPath() / "b.scene";
-    std::filesystem::copy_file(m_scene, other);
-    EXPECT_EQ(Run({ "get", to_utf8(other), "1" }), 0);
-    EXPECT_EQ(Run({ "recent" }), 0);
-    std::size_t const first = m_output.find("b.scene\n");
-    EXPECT_LT(first, m_output.find("a.scene\n")) << m_output;
-    ListNames({});
-    EXPECT_EQ(Run({ "list" }), 0) << m_errors;
-    EXPECT_EQ(Run({ "prefs", "set", "recent", "1" }), 0);
-    EXPECT_EQ(Run({ "recent" }), 0);
-    EXPECT_TRUE(m_output.ends_with("a.scene\n")) << m_output;
-}
-
 TEST_F(HostSettings, ThatAreDamagedAreKeptAside)
 {
     EXPECT_EQ(Run({ "prefs", "set", "sort", "size" }), 0) << m_errors;

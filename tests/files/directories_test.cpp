@@ -6,7 +6,6 @@
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
-#include <set>
 
 namespace fs = std::filesystem;
 using kor_test::write_file;
@@ -85,22 +84,4 @@ TEST(FileCount, CountsFilesAndNotDirectories)
     unsigned int timeout = 0x80000000 + 10000;
     EXPECT_EQ(fileGetFileCount(top, true, &timeout), 1002);
     EXPECT_EQ(timeout, 10000U);
-}
-
-TEST(TmpFolder, IsNewOrTheOneOfThatName)
-{
-    std::set<std::wstring> paths;
-    std::wstring const long_name(300, L'\xE9');
-    for (wchar_t const *name : { L"scene.kor", L"scene.kor", L"C:\\x\\scene.kor", L"", L"..",
-             L"a:b*c", L"\U0001F642", long_name.c_str() }) {
-        CXTString<wchar_t> const path = fileCreateTmpFolder(name);
-        EXPECT_EQ(fileGetFileCount(path), 0);
-        EXPECT_EQ(path[path.GetLength() - 1], L'\\');
-        EXPECT_TRUE(paths.emplace(path.GetView()).second) << "is new";
-    }
-    CXTString<wchar_t> const first = *paths.begin();
-    CXTString<wchar_t> const name = first.Left(first.GetLength() - 1);
-    EXPECT_EQ(fileCreateTmpFolder(name, true), first) << "exists";
-    for (std::wstring const &path : paths)
-        EXPECT_TRUE(fileRemoveDirectory(path.c_str()));
 }

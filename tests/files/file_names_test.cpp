@@ -38,20 +38,7 @@ private:
     kortools::platform::MessageBoxHandler m_before;
 };
 
-String without_invalid(String name, char replacement)
-{
-    fileRemoveInvalidChar(name, replacement);
-    return name;
-}
-
 } // namespace
-
-TEST_F(FileNames, InvalidCharactersCutAName)
-{
-    EXPECT_EQ(without_invalid(L"my file.txt", '_'), L"my_file");
-    EXPECT_EQ(without_invalid(L"my file.txt", ' '), L"my file");
-    EXPECT_EQ(without_invalid(L" a ", '.'), L".a.");
-}
 
 TEST_F(FileNames, ThatAreInvalidSayWhy)
 {
@@ -95,8 +82,4 @@ TEST_F(FileNames, TemporaryOnesKeepLettersAndDots)
     EXPECT_EQ(tmp(L"42"), L"1") << "the directory itself exists";
     std::ofstream(std::filesystem::path(m_folder.GetFile(L"tmp.png"))) << 1;
     EXPECT_EQ(tmp(L"7.png"), L"tmp1.png");
-
-    String const anywhere = fileCreateTmpName(L"scene.kor");
-    EXPECT_EQ(fileGetExtension(anywhere), L".kor");
-    EXPECT_TRUE(fileIsValidFileName(anywhere, checkName | checkDirectory));
 }

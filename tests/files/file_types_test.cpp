@@ -88,21 +88,6 @@ TEST_F(FileTypes, TheLibrarysOwnAreFoundByNameAndByClass)
     EXPECT_EQ(fileGetProperties(fileMakeCode("AVI ")), 0x10113U);
 }
 
-TEST_F(FileTypes, WhatIsNotKnownChangesNothing)
-{
-    for (wchar_t const *const name : { L"", L"bmp", L"a.", L"a.bmp\\b", L"a.bm", L"a.dib|bmp" }) {
-        CFileExt type = make_type(L".kept", 3);
-        unsigned int file_class = 5;
-        unsigned int component = 6;
-        EXPECT_FALSE(fileGetFileExt(name, type) || fileGetCInfo(name, file_class, component));
-        EXPECT_TRUE(type.m_extensions == L".kept" && file_class == 5 && component == 6);
-        EXPECT_EQ(fileGetClass(name) | fileGetProperties(name) | fileGetKindOf(name)
-                | fileGetLoader(name) | fileGetSaver(name) | fileFindParser(name),
-            0U);
-        EXPECT_EQ(fileGetMainExtension(name), L"");
-    }
-}
-
 TEST_F(FileTypes, ListsAreSortedAndFiltered)
 {
     Texts const all = descriptions(0);

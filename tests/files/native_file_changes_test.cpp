@@ -64,15 +64,11 @@ TEST(OtherVolumes, FilesGoThereWithDateAndPermissions)
     EXPECT_FALSE(fileMove(source, target, true));
     EXPECT_EQ(get_last_os_error(), 17U);
     EXPECT_TRUE(fileCopy(source, target, true));
-    EXPECT_FALSE(fileRename(source, target)) << "it exists";
     EXPECT_TRUE(fileMove(source, target, false));
     EXPECT_EQ(read_file(other.GetPath() / "a"), "text");
     EXPECT_FALSE(fileExists(source));
     EXPECT_EQ(fileGetLastWriteDate(target), CXTime(1234567890));
     EXPECT_EQ(fs::status(other.GetPath() / "a").permissions(), fs::perms(0640));
-    fs::create_directory(folder.GetPath() / "d");
-    EXPECT_FALSE(fileMove(to_name(folder.GetPath() / "d"), target, false));
-    EXPECT_EQ(get_last_os_error(), 17U);
     fs::create_symlink("a", folder.GetPath() / "link");
     EXPECT_TRUE(fileMove(to_name(folder.GetPath() / "link"), target, false));
     EXPECT_EQ(fs::read_symlink(other.GetPath() / "a"), "a");
@@ -92,9 +88,6 @@ TEST(OtherVolumes, WhatDoesNotFitLeavesNothingBehind)
             EXPECT_FALSE(fileCopy(big, to_name(place / "new"), false));
             EXPECT_EQ(get_last_os_error(), 223U);
             EXPECT_FALSE(fileCopy(big, to_name(place / "old"), false));
-            if (place == other.GetPath()) {
-                EXPECT_FALSE(fileMove(big, to_name(place / "old"), false));
-            }
         }
         EXPECT_EQ(count_entries(place), entries);
         EXPECT_EQ(read_file(place / "old"), "old");
@@ -119,8 +112,6 @@ TEST(Links, ACopyFollowsThemAndAMoveDoesNot)
     EXPECT_FALSE(fileCopy(L"\\dev\\zero", to_name(top / "endless"), false));
     EXPECT_TRUE(fileCopy(L"\\proc\\self\\status", to_name(top / "status"), false));
     EXPECT_GT(fs::file_size(top / "status"), 100U) << "of a file whose size is said to be 0";
-    EXPECT_TRUE(fileCopy(to_name(top / "a"), L"\\dev\\null", false));
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
 TEST(RemoveDirectory, LinksGoAndWhatTheyLeadToStays)
@@ -134,12 +125,8 @@ TEST(RemoveDirectory, LinksGoAndWhatTheyLeadToStays)
     fs::create_directory_symlink("..", top / "tree/a/up");
     fs::create_symlink("nowhere", top / "tree/dangling");
     fs::create_directory_symlink("outside", top / "direct");
-    EXPECT_EQ(fileGetFileCount(to_name(top / "tree"), true), 1) << "the dangling link";
     EXPECT_TRUE(fileRemoveDirectory(to_name(top / "tree"), true));
     EXPECT_TRUE(fileRemoveDirectory(to_name(top / "direct/"), true));
-    EXPECT_FALSE(fs::exists(fs::symlink_status(top / "direct")));
-    fs::create_directory_symlink("outside", top / "direct");
-    EXPECT_TRUE(fileRemoveDirectory(to_name(top / "direct"), false));
     EXPECT_EQ(count_entries(top), 1);
     EXPECT_EQ(count_entries(top / "outside"), 2);
 }

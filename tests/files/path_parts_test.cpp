@@ -2,7 +2,6 @@
 #include "kortools/files/path_parts.h"
 
 #include "kortools/files/path_separators.h"
-#include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -43,19 +42,6 @@ TEST(PathParts, DirectoryWithItsSeparator)
         { L"\\\\server\\share\\b.c", L"\\\\server\\share\\b.c\\" } };
     for (auto const &each : cases)
         EXPECT_EQ(fileStripName(each.path), each.directory) << kortools::core::quote(each.path);
-}
-
-TEST(PathParts, WhatIsADirectoryOnTheDiskHasNoName)
-{
-    TempFolder const folder;
-    String directory = folder.GetFile(L"");
-    fileConvertSlash(directory);
-    String bare = directory;
-    fileRemoveSlashTermination(bare);
-    EXPECT_EQ(fileStripPath(bare), L"");
-    EXPECT_EQ(fileStripName(bare), directory);
-    EXPECT_EQ(fileStripName(directory + L"new.txt"), directory);
-    EXPECT_EQ(fileStripPath(directory + L"new.txt"), L"new.txt");
 }
 
 TEST(PathParts, RootTopAndParent)

@@ -76,6 +76,4 @@ TEST_F(RelativePath, AbsoluteOnesAreJoinedAndTerminated)
         EXPECT_EQ(fileMakeAbsolutePath(each.directory, each.path), each.absolute);
     EXPECT_EQ(fileMakeAbsolutePath(below(L"x"), L"..", true), below(L""));
     EXPECT_EQ(fileMakeAbsolutePath(m_directory, L"none", true), below(L"none"));
-    String const large(L'x', 300);
-    EXPECT_EQ(fileMakeAbsolutePath(L"C:\\a", large), L"C:\\a\\" + large) << "too long to resolve";
 }

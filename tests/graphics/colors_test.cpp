@@ -88,7 +88,6 @@ TEST(Colors, TakeComponentsOfEveryType)
     EXPECT_EQ(CRGBColor(2.0F, -1.0F, nan, 0.9999F, 255.0F), CRGBColor(255, 0, 0, 254));
     EXPECT_EQ(CRGBColor(1e300, 0.5, -1e300, 0.25, 100.0F), CRGBColor(255, 50, 0, 25));
     EXPECT_EQ(CRGBColor(0x11332211UL), CRGBColor(0x11, 0x22, 0x33, 255));
-    EXPECT_EQ(CRGBColor(256, -1, 511), CRGBColor(0, 255, 255)); // low 8 bits
     unsigned char const bytes[] { 9, 8, 7, 6, 5 };
     EXPECT_EQ(CRGBColor(bytes, 3), CRGBColor(9, 8, 7, 255));
     EXPECT_EQ(CRGBColor(bytes, 5), CRGBColor(bytes[0], bytes[1], 7, 6)); // mixed types, too
@@ -96,10 +95,6 @@ TEST(Colors, TakeComponentsOfEveryType)
     CRGBColor color;
     color.SetColor4(reals, 100);
     EXPECT_EQ(color, CRGBColor(10, 20, 30, 40));
-    EXPECT_EQ(CRGBColor(1, 2, 3, 255).GetRGBA(), 0xFF030201UL);
-    float out[4];
-    CRGBColor(51, 0, 102, 255).GetColor4f(out, 51);
-    EXPECT_EQ(std::vector<float>(out, out + 4), (std::vector<float> { 1, 0, 2, 5 }));
 }
 
 TEST(Colors, ComputeWithinTheirLimits)
@@ -120,7 +115,6 @@ TEST(Colors, ComputeWithinTheirLimits)
     EXPECT_EQ(sum, CRGB32Color(0xFFFFFFFF, 0, 1, 0x1000000)); // not limited
     sum.SetColor(1000, 514, 3);
     EXPECT_EQ(sum.ConvertToRGBColor(2), CRGBColor(500 & 255, 257 & 255, 1, 255));
-    EXPECT_EQ(sum.ConvertToRGBColor(0), CRGBColor(255, 255, 255, 255));
     sum *= 0.5F;
     EXPECT_EQ(sum, CRGB32Color(500, 257, 1, 8388607));
 }
@@ -248,6 +242,5 @@ TEST(NamedColors, AreReadInTheirOrder)
         kortools::graphics::set_theme(Theme::Light);
         EXPECT_EQ(CXNamedColors(row.text).GetColor(), row.light);
     }
-    EXPECT_EQ(CXNamedColors(L"#112233").GetHexString(), L"#332211");
     EXPECT_EQ(CRGBColor(CXNamedColors(L"coral")), CRGBColor(255, 127, 80));
 }

@@ -95,20 +95,6 @@ TEST(StringMatch, MatchesAsDescribed)
     }
 }
 
-TEST(StringMatch, FailsWhereBoundsDoNotBalance)
-{
-    CXStringMatch match;
-    for (wchar_t const *bad : { L"(a", L"a)", L")(", L"((a)", L"\"a", L"a\"", L"\"a\\\"", L"(\"a)",
-             L"(\"a)\"", L"(", L"\"" }) {
-        EXPECT_TRUE(match.PrepareMatch(L"x y"));
-        EXPECT_FALSE(match.PrepareMatch(bad)) << kortools::core::quote(bad);
-        EXPECT_EQ(match.GetItemCount(), 0);
-        EXPECT_FALSE(match.Match(L"a")) << "an expression that is bad matches nothing";
-        EXPECT_FALSE(match.Match(bad, L"a"));
-    }
-    EXPECT_TRUE(match.PrepareMatch(L"(a", 2));
-}
-
 TEST(StringMatch, AgreesWithTheModel)
 {
     std::mt19937 random(1);

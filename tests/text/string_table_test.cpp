@@ -60,8 +60,6 @@ TEST(StringTable, TextsFollowTheLanguageOfTheThread)
         ThreadLanguage const other(kortools::text::english);
         EXPECT_EQ(xLoadString(5392), L"Yes");
     }).join();
-    kortools::text::set_thread_language(3084); // as spoken in Canada
-    EXPECT_EQ(xLoadString(5293), L"Non");
     kortools::text::set_thread_language(1031);
     EXPECT_EQ(kortools::text::get_active_language(), kortools::text::english);
     for (unsigned int const id : { 0U, 5174U, 61871U, 0xFFFFFFFFU })
