@@ -68,19 +68,6 @@ TEST(CustomThread, OneIsStoppedInAnyState)
     EXPECT_TRUE(workers[2]->WaitForEnd());
     auto const unborn = begin_workers(1, CXThread::beginSuspended);
     EXPECT_TRUE(unborn[0]->StopThread());
-
-    std::atomic<bool> end { false };
-    KeptThread const stubborn([&] {
-        EXPECT_EQ(CCustomThread::GetRunningThreadCount(), 0) << "not the calling thread";
-        EXPECT_TRUE(CCustomThread::WaitEndOfThreads(0));
-        while (!end)
-            CXThread::SleepCurrentThread(1);
-        return true;
-    });
-    EXPECT_FALSE(stubborn->StopThread(20));
-    EXPECT_TRUE(stubborn->MustTerminate());
-    end = true;
-    EXPECT_TRUE(stubborn->StopThread());
 }
 
 TEST(CustomThread, HardTerminationEndsThoseThatDoNotListen)

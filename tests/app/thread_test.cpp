@@ -24,7 +24,6 @@ std::atomic<int> s_alive { 0 };
 
 // Notes its phases; those in `throwing` throw, `refuse` makes Start() or Run() false.
 class Phases : public CXThread {
-    KOR_DECLARE_CLASS(Phases)
 public:
     explicit Phases(std::string throwing = "", char refuse = 0, bool keep = true)
         : CXThread(keep)
@@ -51,16 +50,7 @@ private:
     char m_refuse;
 };
 
-class ThrowingConstructor : public CXThread {
-    KOR_DECLARE_CLASS(ThrowingConstructor)
-public:
-    ThrowingConstructor() { kortools::archive::throw_exception(new CXUserException); }
-};
-
 } // namespace
-
-KOR_IMPLEMENT_CLASS(Phases, CXThread, 1)
-KOR_IMPLEMENT_CLASS(ThrowingConstructor, CXThread, 1)
 
 TEST(Thread, RunsItsPhasesAndCatchesWhatEscapesThem)
 {
@@ -92,22 +82,6 @@ TEST(Thread, AStartedObjectDeletesItselfUnlessItIsKept)
         CXThread::BeginThread(new Phases("", 0, false), xThreadPriorityNormal, kept), nullptr);
     while (s_alive != 0)
         CXThread::SleepCurrentThread(1);
-}
-
-TEST(Thread, BeginsByClassAndReportsFailureByNull)
-{
-    auto *const thread = CXThread::BeginThread(
-        Phases::GetThisRuntimeClassDescriptor(), xThreadPriorityNormal, kept);
-    ASSERT_NE(thread, nullptr);
-    EXPECT_TRUE(thread->IsKindOf(Phases::GetThisRuntimeClassDescriptor()) && thread->WaitForEnd());
-    delete thread;
-    XSetThreadException(new CXUserException);
-    for (CXRuntimeClass const *const other :
-        { static_cast<CXRuntimeClass const *>(nullptr), CXObject::GetThisRuntimeClassDescriptor(),
-            CXException::GetThisRuntimeClassDescriptor(),
-            ThrowingConstructor::GetThisRuntimeClassDescriptor() })
-        EXPECT_EQ(CXThread::BeginThread(other), nullptr);
-    EXPECT_EQ(XGetThreadException(), nullptr);
 }
 
 TEST(Thread, IsAChildOfTheThreadThatBeganIt)

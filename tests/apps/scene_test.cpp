@@ -110,23 +110,6 @@ std::unique_ptr<CScene> load_golden(char const *name)
 
 } // namespace
 
-TEST(Import, FindsDimensionsAndCounts)
-{
-    CScene scene;
-    fill(scene);
-    EXPECT_EQ(
-        node(scene, L"gradient.png").Describe(), L"Portable Network Graphics, 48 x 32, 24 bits");
-    EXPECT_EQ(node(scene, L"checker.bmp").Describe(), L"Windows Bitmap, 20 x 12, 24 bits");
-    CSceneNode const &cube = node(scene, L"cube.obj");
-    CSceneNode const &ball = node(scene, L"sphere.obj");
-    EXPECT_EQ(cube.Describe(), L"Wavefront OBJ, 8 vertices, 6 faces, 3 groups");
-    EXPECT_EQ(ball.Describe(), L"Wavefront OBJ, 176 vertices, 160 faces, 1 group");
-    EXPECT_EQ(corner(ball, scoutrix::propertyMinimum, 2), -1.0);
-    EXPECT_EQ(cube.GetParent(), ball.GetParent()) << "one folder, one node";
-    EXPECT_EQ(
-        cube.GetNumber(scoutrix::propertySize), std::filesystem::file_size(sample("cube.obj")));
-}
-
 TEST(Import, RefusesEveryCutOfAnImage)
 {
     TempFolder const folder;

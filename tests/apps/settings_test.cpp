@@ -64,14 +64,6 @@ TEST_F(HostSettings, ThatAreDamagedAreKeptAside)
         EXPECT_EQ(Run({ "prefs", "set", "sort", "size" }), 0) << m_errors;
         EXPECT_EQ(Get("sort"), "size");
     }
-    // Values that no host has written.
-    CCustomData data;
-    data.SetString(0x534F5254, L"age");
-    data.SetInt(0x524C494D, -1);
-    data.SetInt(0x52454354, 7);
-    EXPECT_TRUE(data.SaveToPrefs(GetFile(), host_record, 1));
-    EXPECT_EQ(Get("sort") + Get("recent"), "none10");
-    EXPECT_EQ(m_errors, "");
 }
 
 TEST_F(HostSettings, LeaveOthersRecordsAlone)

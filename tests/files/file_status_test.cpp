@@ -46,10 +46,6 @@ TEST(FileStatus, RootsAndSharesAreDirectoriesByName)
         EXPECT_TRUE(fileIsDirectory(path)) << testing::PrintToString(path);
     for (wchar_t const *path : { L"", L"Q:", L"Q:\\none", L"\\\\no_server\\share\\x" })
         EXPECT_FALSE(fileIsDirectory(path)) << testing::PrintToString(path);
-    TempFolder const folder;
-    EXPECT_TRUE(fileIsDirectory(folder.GetPath().wstring().c_str()));
-    EXPECT_TRUE(fileIsDirectory(folder.GetFile(L"none\\").c_str(), true));
-    EXPECT_FALSE(fileIsDirectory(folder.GetFile(L"none").c_str(), true));
 }
 
 TEST(FileDates, AreReadAndSetToTheSecond)

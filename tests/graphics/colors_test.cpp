@@ -172,30 +172,6 @@ TEST(Colors, ConvertModelComponentsOutOfRange)
     EXPECT_EQ(color, CRGBColor(255, 255, 255));
 }
 
-TEST(Colors, FillBuffersOfFloatsAndBack)
-{
-    std::vector<CRGBColor> const colors = some_colors();
-    std::vector<float> channels(4 * colors.size());
-    kortools::graphics::convert_to_floats(colors.data(), colors.size(), channels.data(), 3);
-    for (std::size_t i = 0; i < colors.size(); ++i) {
-        float expected[4];
-        colors[i].GetColor4(expected, 3);
-        ASSERT_TRUE(std::equal(expected, expected + 4, channels.begin() + 4 * std::ptrdiff_t(i)));
-    }
-    channels[5] = -1;
-    channels[6] = nan;
-    channels[7] = 1e30F;
-    std::vector<CRGBColor> back(colors.size());
-    kortools::graphics::convert_to_bytes(channels.data(), colors.size(), back.data(), 2.9F);
-    for (std::size_t i = 0; i < colors.size(); ++i) {
-        CRGBColor expected;
-        expected.SetColor4(channels.data() + 4 * i, 2.9F);
-        ASSERT_EQ(back[i], expected);
-    }
-    EXPECT_EQ(back[1][1] + back[1][2], 0);
-    EXPECT_EQ(back[1][3], 255);
-}
-
 TEST(Colors, AreFourBytesInAnArchive)
 {
     CXMemFile file;

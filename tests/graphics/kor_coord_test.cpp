@@ -258,6 +258,8 @@ TEST(Coord, MapsPointsRectanglesAndPolygonsBothWays)
     kor_test::RecordingDC dc;
     coord.EraseBackground(&dc, 0x0000FF, 0);
     EXPECT_EQ(dc.calls, (Calls { "fill (0, 0, 100, 300) 255", "fill (300, 0, 400, 300) 255" }));
+    coord.EraseBackground(&dc, 0x0000FF, 1);
+    EXPECT_EQ(dc.calls.back(), "fill (0, 0, 400, 300) 255");
 
     coord.Init(&window, CSize(1000, 1000));
     coord.SetZoom(1.5F, 0);

@@ -41,9 +41,6 @@ TEST(CleanText, LosesTheAccentsThatItKnowsAndNoOthers)
         RemoveDiacritics(narrow);
         ASSERT_EQ(narrow, CXTString<char>(static_cast<char>(text[0]))) << code;
     }
-    String cut(L"\xE9\0\xE9", 3);
-    RemoveDiacritics(cut);
-    EXPECT_EQ(cut.GetLength(), 1);
 }
 
 TEST(ScrambledText, ComesBackByteForByte)

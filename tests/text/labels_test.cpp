@@ -10,7 +10,6 @@
 #include <utility>
 using String = CXTString<wchar_t>;
 using kortools::text::english;
-using kortools::text::french;
 
 TEST(Labels, FileSizesChangeTheirUnitAboveEachBound)
 {
@@ -22,8 +21,6 @@ TEST(Labels, FileSizesChangeTheirUnitAboveEachBound)
               { 0xFFFFFFFFFFFFFFFF, L"17179869184.00 Gb" } };
     for (auto const &[size, text] : rows)
         EXPECT_EQ(GetFileSizeString(size), text);
-    ThreadLanguage const other_language(french);
-    EXPECT_EQ(GetFileSizeString(3145728), L"3.00 Mo");
 }
 
 TEST(Labels, ModifiersStandInFrontOfTheKeyInAFixedOrder)
