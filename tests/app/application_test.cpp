@@ -79,15 +79,6 @@ TEST_F(Application, PreferencesGoWhereTheHostWantsThem)
     EXPECT_TRUE(fileDirectoryExists(wanted));
     SetInternalProductName(L"Product", 3);
     EXPECT_EQ(GetPreferencesFile(), wanted + L"\\Product.prefs");
-    SetCommonPreferencesPath(L"");
-    std::wstring const here = platform::from_native_path(folder.GetPath().string());
-    if (!platform::set_common_data_folder(here + L'\\')) // Windows has its own
-        return;
-    Text const data = GetCommonApplicationDataPath();
-    EXPECT_EQ(to_std(data), here + L"\\Brantis\\Product 3\\");
-    EXPECT_FALSE(fileDirectoryExists(data));
-    EXPECT_TRUE(fileDirectoryExists(GetCommonPreferencesPath(true)));
-    platform::set_common_data_folder(L"");
 }
 
 } // namespace

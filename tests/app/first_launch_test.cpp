@@ -7,10 +7,9 @@
 #include "kortools/files/file_status.h"
 #include "kortools/platform/file_system.h"
 #include "tests/app/profile_support.h"
+#include "tests/support/files.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace {
 
@@ -49,12 +48,11 @@ protected:
     {
         Text const directory = get_data(version) + L"Preferences\\";
         fileCreateDirectory(directory, true);
-        std::ofstream(to_native(directory + name)) << content;
+        kor_test::write_file(to_native(directory + name), content);
     }
     static std::string get(wchar_t const *name)
     {
-        std::ifstream file(to_native(GetUserPreferencesPath() + name));
-        return { std::istreambuf_iterator<char>(file), {} };
+        return kor_test::read_file(to_native(GetUserPreferencesPath() + name));
     }
 };
 

@@ -6,11 +6,10 @@
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/message_hook.h"
 #include "tests/support/child_process.h"
+#include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <thread>
 
 namespace {
@@ -21,8 +20,7 @@ std::string read(wchar_t const *name)
 {
     std::string const native
         = kortools::platform::to_native_path(GetUserApplicationDataPath() + name);
-    std::ifstream file { std::filesystem::path(std::u8string(native.begin(), native.end())) };
-    return { std::istreambuf_iterator<char>(file), {} };
+    return kor_test::read_file(std::u8string(native.begin(), native.end()));
 }
 
 // Ends while messages are written.

@@ -3,10 +3,10 @@
 #include "kortools/app/win_app.h"
 #include "kortools/platform/profile_text.h"
 #include "tests/app/profile_support.h"
+#include "tests/support/files.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <random>
 #include <sys/stat.h>
 
@@ -20,13 +20,9 @@ protected:
     {
         std::filesystem::create_directories(m_file.parent_path());
         std::filesystem::remove(m_file); // another file than the one that was read
-        std::ofstream(m_file, std::ios::binary) << bytes;
+        kor_test::write_file(m_file, bytes);
     }
-    std::string get() const
-    {
-        std::ifstream file(m_file, std::ios::binary);
-        return { std::istreambuf_iterator<char>(file), {} };
-    }
+    std::string get() const { return kor_test::read_file(m_file); }
 };
 
 TEST_F(NativeProfile, IsReadableAndMayBeEdited)

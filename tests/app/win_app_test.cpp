@@ -4,7 +4,6 @@
 #include "tests/support/child_process.h"
 
 #include <bit>
-#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>

@@ -87,9 +87,6 @@ TEST_F(HostImport, KeepsTheOrderOfManyFiles)
     EXPECT_LT(third, std::string::npos);
     EXPECT_LT(m_errors.find("mesh9.obj"), m_errors.size()) << "all that failed are told";
     EXPECT_EQ(third < m_errors.find("mesh9.obj"), names.find("mesh3.") < names.find("mesh9."));
-    std::string const log = kor_test::read_file(m_log);
-    EXPECT_NE(log.find("\tfailed: "), std::string::npos) << log;
-    EXPECT_NE(log.find("saved "), std::string::npos) << log;
 }
 
 TEST_F(HostImport, EndsItsThreadsWhenTheCallbackSaysSo)
@@ -104,10 +101,6 @@ TEST_F(HostImport, EndsItsThreadsWhenTheCallbackSaysSo)
     EXPECT_TRUE(progressPopCallback());
     SetCancelThread(false, 0);
     EXPECT_LT(documents.front().file.properties.GetIDCount(), 8U) << "it was read to the end";
-    documents.clear();
-    documents.emplace_back(kor_apps::from_utf8(KOR_SAMPLES "/cube.obj"));
-    EXPECT_TRUE(scoutrix::load_documents(documents, { .threads = 8 }));
-    EXPECT_EQ(documents.front().error, L"");
 }
 
 TEST_F(HostImport, IsCancelledByCtrlC)

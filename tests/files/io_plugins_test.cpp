@@ -14,8 +14,6 @@
 #include <atomic>
 #include <condition_variable>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -41,9 +39,8 @@ protected:
         SetPluginProbeLimit(60000); // the machine may be busy
         std::filesystem::path const source = std::filesystem::path(KOR_TEST_PLUGINS);
         std::filesystem::copy_file(source / "io_types.dll", m_folder.GetPath() / m_name);
-        std::filesystem::create_directory(m_folder.GetPath() / ("folder" + m_suffix));
-        std::ofstream(m_folder.GetPath() / ("text" + m_suffix)) << "no library";
-        std::ofstream(m_folder.GetPath() / "a.tio") << "any";
+        m_folder.Write("text" + m_suffix, "no library");
+        m_folder.Write("a.tio", "any");
         InitKorTools(korFileTypes);
     }
     ~IoPlugins() override
@@ -127,8 +124,7 @@ TEST_F(IoPlugins, GoodTypesAreRegisteredAndFaultyOnesAreNot)
     EXPECT_EQ(fileGetClass(L"x.TIOZ"), fileMakeCode("TIO1"));
     EXPECT_EQ(fileGetLoader(L"x.tio"), fileMakeCode("TIO1"));
     EXPECT_EQ(fileGetClass(L"x.faulty"), 0U);
-    std::ifstream file(m_folder.GetPath() / "log.txt", std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(file), {});
+    std::string text = m_folder.Read("log.txt");
     std::erase(text, '\0'); // the log may be UTF-16
     for (char const *reason : { "an exception left it", "TIO1: it was handed out before",
              "a type: there is no type", "F001: the type has 0 bytes", "of version 0, not 1",

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/module_image.h"
 
+#include "tests/support/files.h"
+
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 using namespace kortools::files;
@@ -21,8 +21,7 @@ constexpr char const *samples[] = { "elf_gnu", "elf_sysv", "elf_both", "pe" };
 
 std::string load_sample(std::string const &name)
 {
-    std::ifstream file(KOR_SAMPLES "/" + name, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
+    return kor_test::read_file(KOR_SAMPLES "/" + name);
 }
 
 } // namespace

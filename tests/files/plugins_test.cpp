@@ -10,7 +10,6 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
 #include <thread>
@@ -44,7 +43,7 @@ protected:
     }
     String write(std::string const &name, std::string const &content)
     {
-        std::ofstream(m_folder.GetPath() / name, std::ios::binary) << content;
+        m_folder.Write(name, content);
         return path_of(name);
     }
     String path_of(std::string const &name)
