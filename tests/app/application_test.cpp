@@ -4,8 +4,6 @@
 #include "kortools/app/application_state.h"
 #include "kortools/files/directories.h"
 #include "kortools/files/file_status.h"
-#include "kortools/files/path_parts.h"
-#include "kortools/platform/file_system.h"
 #include "kortools/platform/known_folders.h"
 #include "tests/support/temp_folder.h"
 

@@ -5,7 +5,6 @@
 #include "kortools/files/directories.h"
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/message_hook.h"
-#include "tests/support/child_process.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
@@ -22,17 +21,6 @@ std::string read(wchar_t const *name)
         = kortools::platform::to_native_path(GetUserApplicationDataPath() + name);
     return kor_test::read_file(std::u8string(native.begin(), native.end()));
 }
-
-// Ends while messages are written.
-int end_in_a_trace(std::vector<std::string> const &arguments)
-{
-    SetInternalProductName(CXTString<wchar_t>(arguments[0].c_str()));
-    LogEvents();
-    report_window_message({ 0xF, 0, 0, L"Scene", L"KorView" });
-    return 0;
-}
-
-kor_test::ChildPart const s_end_in_a_trace("end_in_a_trace", end_in_a_trace);
 
 TEST(EventLog, HasALineForEachMessageToAWindowOfTheThread)
 {
@@ -54,11 +42,6 @@ TEST(EventLog, HasALineForEachMessageToAWindowOfTheThread)
     UnlogEvents();
     report_window_message({ 3, 0, 0, L"after", L"" });
     EXPECT_EQ(read(L"eventsLog1.txt"), mark + lines);
-
-    std::string const product = folder.GetPath().filename().string();
-    EXPECT_EQ(kor_test::run_child("end_in_a_trace", { product }), 0);
-    EXPECT_EQ(read(L"eventsLog2.txt"),
-        mark + "Msg 0x0000000f lParam 0x00000000 wParam 0x00000000 Window Scene Class KorView\n");
     SetInternalProductName(L"");
     EXPECT_TRUE(fileRemoveDirectory(data, true));
 }

@@ -72,7 +72,6 @@ TEST(Profile, NumbersAndBytesComeBackAndKindsAreNotMixed)
         auto const *const first = static_cast<unsigned char const *>(data);
         EXPECT_EQ(Bytes(first, first + size), bytes);
     }
-
     EXPECT_EQ(get_text(app, L"settings", L"int"), L"(default)");
 }
 
@@ -92,6 +91,7 @@ TEST(Profile, EntriesAndSectionsAreDeletedOnce)
     EXPECT_FALSE(app.DeleteProfileKey(L"a"));
     EXPECT_EQ(app.GetProfileInt(L"a\\b\\c", L"y", 5), 5);
     EXPECT_EQ(app.GetProfileInt(L"ab", L"y", 5), 2);
+    EXPECT_TRUE(app.DeleteProfileKey(L"ab"));
     EXPECT_FALSE(app.WriteProfileInt(std::wstring(201, L'n').c_str(), L"x", 1));
 
     EnablePreferencesSaving(false);

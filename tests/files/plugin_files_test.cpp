@@ -61,11 +61,6 @@ public:
         m_shift = node.m_transform[3];
         return add(L"node " + node.m_name);
     }
-    bool OnBitmap(CIoBitmapFormat const &) override { return add(L"bitmap"); }
-    bool OnRows(unsigned int, unsigned int, unsigned char const *, std::size_t) override
-    {
-        return add(L"rows");
-    }
 
     bool add(String const &line)
     {

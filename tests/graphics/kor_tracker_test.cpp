@@ -47,8 +47,7 @@ TEST_F(Trackers, ShowHandlesWhereThereIsRoom)
         CRect rect;
         int size, mask;
     } const rows[] = { { { 0, 0, 10, 10 }, 4, 0x0F }, { { 0, 0, 6, 40 }, 3, 0xAF },
-        { { 0, 0, 100, 10 }, 4, 0x5F }, { { 100, 10, 0, 0 }, 4, 0x5F },
-        { { 0, 0, 17, 16 }, 4, 0x5F }, { { 5, 5, 5, 5 }, 2, 0x0F }, { { 0, 0, 90, 90 }, 4, 0xFF },
+        { { 100, 10, 0, 0 }, 4, 0x5F }, { { 5, 5, 5, 5 }, 2, 0x0F }, { { 0, 0, 90, 90 }, 4, 0xFF },
         { { INT_MIN, 0, INT_MAX, 1 }, 2, 0x0F } };
     for (Row const &row : rows) {
         CKorTracker tracker(row.rect, CKorTracker::solidLine);
