@@ -69,19 +69,3 @@ TEST(RemoveDirectory, ReadOnlyFilesGoWhenAsked)
     EXPECT_TRUE(fileRemoveDirectory(tree, true, true));
     EXPECT_FALSE(fs::exists(folder.GetPath() / "a"));
 }
-
-TEST(FileCount, CountsFilesAndNotDirectories)
-{
-    TempFolder const folder;
-    CXTString<wchar_t> const top = folder.GetPath().wstring().c_str();
-    fs::create_directories(folder.GetPath() / "a/b/c");
-    for (int i = 0; i < 1000; ++i)
-        write_file(folder.GetPath() / ("a/" + std::to_string(i)), "");
-    write_file(folder.GetPath() / ".hidden", "");
-    write_file(folder.GetPath() / "a/b/c/deep", "");
-    EXPECT_EQ(fileGetFileCount(top), 1);
-    EXPECT_EQ(fileGetFileCount(top + L"\\a\\"), 1000);
-    unsigned int timeout = 0x80000000 + 10000;
-    EXPECT_EQ(fileGetFileCount(top, true, &timeout), 1002);
-    EXPECT_EQ(timeout, 10000U);
-}
