@@ -244,17 +244,3 @@ TEST(Deep, ObjectsAsDeepAsTheLibraryTakesThem)
         EXPECT_TRUE(comes_back(nest_objects(50000, arrays), plan)) << "too deep";
     }
 }
-
-TEST(Layouts, NameTheLineOfAMistake)
-{
-    kordump::LayoutTable mistaken;
-    for (char const *text : { "class A 1\n  x u33\n", "class A 1\nclass B 1 : C\n", "\n x u32\n",
-             "class A 1\nclass B 1 : A 2\n", "class A 1\n \xFF u8\n" }) {
-        try {
-            mistaken.Parse(text);
-            ADD_FAILURE() << text;
-        } catch (std::runtime_error const &error) {
-            EXPECT_EQ(std::string(error.what()).substr(0, 7), "line 2:") << error.what();
-        }
-    }
-}
