@@ -5,43 +5,9 @@
 #include "tests/support/ansi_page.h"
 #include "tests/support/oracle.h"
 
-#include <cmath>
-
 using kor_test::ArchiveEncoder;
 using kor_test::load_bytes;
 using kor_test::store_bytes;
-
-TEST(ArchiveFormat, ManyValuesAtOnceAreTheSameBytes)
-{
-    double const values[] = { 0.5, -1e-300, INFINITY };
-    auto const bytes = store_bytes([&](CXArchive &archive) { archive.WriteValues(values, 3); });
-    EXPECT_EQ(bytes, ArchiveEncoder().f64(0.5).f64(-1e-300).f64(INFINITY).bytes());
-    load_bytes(bytes, [&](CXArchive &archive) {
-        double loaded[3];
-        archive.ReadValues(loaded, 3);
-        EXPECT_TRUE(std::equal(values, values + 3, loaded));
-    });
-}
-
-// What no archive of an earlier build holds.
-TEST(ArchiveFormat, UnusualValuesAreReadAndWritten)
-{
-    if (sizeof(wchar_t) == 4) {
-        auto const bytes = store_bytes([](CXArchive &archive) {
-            wchar_t const beyond[]
-                = { static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1), 0xDC00 };
-            archive << beyond[0] << static_cast<wchar_t>(0x10000) << CXTString<wchar_t>(beyond, 3);
-        });
-        ArchiveEncoder expected;
-        expected.u16(0xFFFD).u16(0xFFFD).wide(u"\xFFFD\xFFFD\xDC00");
-        EXPECT_EQ(bytes, expected.bytes());
-    }
-    load_bytes("\x02", [](CXArchive &archive) {
-        bool value = false;
-        archive >> value;
-        EXPECT_TRUE(value);
-    });
-}
 
 TEST(ArchiveFormat, CountsAndLengthsChangeFormAtTheirThresholds)
 {
@@ -125,36 +91,4 @@ TEST(ArchiveFormat, EveryEncodingIsReadIntoBothKindsOfString)
         EXPECT_EQ(narrow_loaded, narrow);
         EXPECT_EQ(end, 'f');
     }
-}
-
-TEST(ArchiveFormat, SubclassesWriteTextInAnEncoding)
-{
-    AnsiPage const western(1252);
-    class Writer : public CXArchive {
-    public:
-        using CXArchive::CXArchive;
-        using CXArchive::WriteString;
-    };
-    auto const written = [](auto const *text, int encoding) {
-        CXMemFile file;
-        Writer archive(&file, CXArchive::store);
-        archive.WriteString(text, static_cast<xStringEncoding>(encoding));
-        archive.Close();
-        return kor_test::get_bytes(file);
-    };
-    using E = ArchiveEncoder;
-    char const *const narrow = "\xE9z";
-    wchar_t const *const wide = L"\u20ACz";
-    for (int const encoding : { -1, 1, 1252 })
-        EXPECT_EQ(written(narrow, encoding), E().narrow(narrow).bytes());
-    EXPECT_EQ(written(narrow, 2), E().length(2, 0xFFFD).raw(narrow).bytes());
-    EXPECT_EQ(written(narrow, 3), E().wide(u"\xE9z").bytes());
-    EXPECT_EQ(written(narrow, 4), E().length(2, 0xFFFC).raw(narrow).bytes());
-    EXPECT_EQ(written(static_cast<char const *>(nullptr), 1), E().narrow("").bytes());
-    EXPECT_EQ(written(wide, -1), E().narrow("\x80z").bytes());
-    EXPECT_EQ(written(wide, 2), E().length(4, 0xFFFD).raw("\xE2\x82\xACz").bytes());
-    EXPECT_EQ(written(wide, 3), E().wide(u"\x20ACz").bytes());
-    EXPECT_EQ(written(wide, 1251), E().narrow("\x88z").bytes());
-    EXPECT_EQ(written(static_cast<wchar_t const *>(nullptr), 3), E().wide(u"").bytes());
-    EXPECT_EQ(kor_test::cause_of([&] { written(wide, 4); }), CXArchiveException::genericException);
 }

@@ -102,38 +102,6 @@ CXArchiveException::ArchiveExceptionType cause_of_reading(std::string const &byt
 
 } // namespace
 
-TEST(ArchiveObjects, IndicesFrom7FFFOnTakeFourBytes)
-{
-    for (unsigned const first : { 0x7FFEU, 0x7FFFU, 0x8000U }) { // the index of class TestNode
-        std::vector<TestEmpty> many(first - 2);                  // indices from 2 on
-        TestNode nodes[2];
-        auto const bytes = store_bytes([&](CXArchive &archive) {
-            for (auto const &object : many)
-                archive << &object;
-            archive << &many.back() << &nodes[0] << &nodes[1] << &nodes[0] << &many[0];
-        });
-        ArchiveEncoder expected;
-        expected.new_class("TestEmpty", 1);
-        for (std::size_t i = 1; i < many.size(); ++i)
-            expected.old_class(1);
-        expected.old_object(first - 1).new_class("TestNode", 3).u32(0).count(0);
-        expected.old_class(first).u32(0).count(0).old_object(first + 1).old_object(2);
-        ASSERT_EQ(bytes, expected.bytes());
-        load_bytes(bytes, [&](CXArchive &archive) {
-            std::vector<std::unique_ptr<CXObject>> loaded(many.size());
-            for (auto &object : loaded)
-                object.reset(archive.ReadObject(nullptr));
-            EXPECT_EQ(archive.ReadObject(nullptr), loaded.back().get());
-            TestNode *twins[3];
-            archive >> twins[0] >> twins[1] >> twins[2];
-            EXPECT_EQ(twins[2], twins[0]);
-            EXPECT_EQ(archive.ReadObject(nullptr), loaded[0].get());
-            delete twins[0];
-            delete twins[1];
-        });
-    }
-}
-
 TEST(ArchiveObjects, SchemasAreCheckedUnlessTheClassIsVersionable)
 {
     auto const body = ArchiveEncoder().u32(0).count(0).bytes();
@@ -154,29 +122,6 @@ TEST(ArchiveObjects, SchemasAreCheckedUnlessTheClassIsVersionable)
         delete outer->m_links[0];
         delete outer->m_links[1];
         delete outer;
-    });
-}
-
-TEST(ArchiveObjects, ClassRecordsStandByThemselves)
-{
-    auto const *const node = TestNode::GetThisRuntimeClassDescriptor();
-    auto const bytes = store_bytes([&](CXArchive &archive) {
-        archive.WriteClass(node);
-        archive.SerializeClass(TestVersioned::GetThisRuntimeClassDescriptor());
-        archive.WriteClass(node);
-        archive.WriteObject(nullptr);
-    });
-    EXPECT_EQ(bytes, node_head().new_class("TestVersioned", 7).old_class(1).u16(0).bytes());
-    load_bytes(bytes + '\0' + '\0', [&](CXArchive &archive) {
-        unsigned int schema = 0, tag = 99;
-        EXPECT_EQ(archive.ReadClass(node, &schema, &tag), node);
-        EXPECT_TRUE(schema == 3 && tag == 99);
-        archive.SerializeClass(node); // a derived class
-        EXPECT_EQ(archive.GetObjectSchema(), 7U);
-        EXPECT_EQ(archive.ReadClass(), node);
-        EXPECT_EQ(archive.ReadClass(node, &schema, &tag), nullptr);
-        EXPECT_EQ(tag, 0U);
-        EXPECT_EQ(cause_of([&] { archive.ReadClass(node); }), Exception::badIndex);
     });
 }
 
@@ -224,17 +169,6 @@ TEST(ArchiveObjects, BadReferencesAndClassesHaveTheirCauses)
     }
 }
 
-TEST(ArchiveObjects, ClassesThatAreNotSerializableAreNotWritten)
-{
-    CXMemFile file;
-    CXArchive archive(&file, CXArchive::store);
-    TestTransient transient;
-    EXPECT_EQ(cause_of([&] { archive << &transient; }), Exception::genericException);
-    EXPECT_EQ(cause_of([&] { archive.WriteClass(transient.GetRuntimeClassDescriptor()); }),
-        Exception::genericException);
-    EXPECT_EQ(cause_of([&] { archive.WriteClass(nullptr); }), Exception::badClass);
-}
-
 TEST(ArchiveObjects, GraphsOfBothClassesComeBackAndFailWithoutLeaksWhenCut)
 {
     TestNode root(1), twin(2);
@@ -260,27 +194,6 @@ TEST(ArchiveObjects, GraphsOfBothClassesComeBackAndFailWithoutLeaksWhenCut)
             cause_of_reading(bytes.substr(0, length), nullptr, &file_name), Exception::endOfFile);
         ASSERT_TRUE(file_name.IsEmpty());
     }
-}
-
-TEST(ArchiveObjects, OrphansComeInTheOrderOfTheirMaking)
-{
-    auto const bytes = node_head().u32(1).count(0).old_object(2).bytes()
-        + ArchiveEncoder().old_class(1).u32(2).count(2).old_class(1).u32(3).count(0).bytes();
-    load_bytes(bytes, [](CXArchive &archive) {
-        TestNode *first = nullptr, *second = nullptr;
-        TestVersioned *versioned = nullptr;
-        archive >> first;
-        EXPECT_EQ(cause_of([&] { archive >> versioned; }), Exception::badClass);
-        EXPECT_EQ(cause_of([&] { archive >> second; }), Exception::endOfFile);
-        EXPECT_EQ(second, nullptr);
-        archive.Abort();
-        ASSERT_EQ(archive.GetOrphanCount(), 2U);
-        EXPECT_EQ(static_cast<TestNode *>(archive.GetOrphan(0))->m_value, 2);
-        EXPECT_EQ(static_cast<TestNode *>(archive.GetOrphan(1))->m_value, 3);
-        EXPECT_EQ(archive.GetOrphan(2), nullptr);
-        archive.DeleteOrphans();
-        delete first;
-    });
 }
 
 namespace {

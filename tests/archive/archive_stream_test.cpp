@@ -154,42 +154,6 @@ TEST_P(ArchiveWindow, ClaimsBeyondTheEndFailBeforeMemoryIsTaken)
     EXPECT_EQ(cause_of([&] { archive->EnsureAvailable(1001, 0); }), Exception::endOfFile);
 }
 
-TEST_P(ArchiveWindow, AnythingInTheWrongModeThrowsAtOnce)
-{
-    set_contents(std::string(300, 'x'));
-    int number = 0;
-    auto const expect_refusal = [&](auto cause, auto const &call) {
-        CXTString<wchar_t> file_name(L"x");
-        EXPECT_EQ(cause_of(call, &file_name), cause) << "call " << ++number;
-        EXPECT_TRUE(file_name == m_file->GetFilePath());
-    };
-    auto const loading = open(CXArchive::load);
-    auto const storing = open(CXArchive::store);
-    CXArchive &in = *loading;
-    CXArchive &out = *storing;
-    char byte;
-    in >> byte; // so that there are windows
-    out << byte;
-    auto const exchange = [&](auto... values) {
-        (expect_refusal(Exception::readOnly, [&] { in << values; }), ...);
-        (expect_refusal(Exception::writeOnly, [&] { out >> values; }), ...);
-    };
-    exchange(true, 'c', static_cast<unsigned char>(1), static_cast<short>(1),
-        static_cast<unsigned short>(1), 1, 1U, 1LL, 1ULL, 1.0F, 1.0, L'c', CXTString<char>(),
-        CXTString<wchar_t>(), static_cast<CXObject *>(nullptr));
-    xStringEncoding encoding;
-    expect_refusal(Exception::readOnly, [&] { in.WriteCount(1); });
-    expect_refusal(Exception::readOnly, [&] { in.WriteStringLength(1, xEncodingANSI); });
-    expect_refusal(Exception::readOnly, [&] { in.Write("", 0); });
-    expect_refusal(Exception::genericException, [&] { in.WriteClass(nullptr); });
-    expect_refusal(Exception::writeOnly, [&] { out.ReadCount(); });
-    expect_refusal(Exception::writeOnly, [&] { out.ReadStringLength(encoding); });
-    expect_refusal(Exception::writeOnly, [&] { out.Read(&byte, 0); });
-    expect_refusal(Exception::writeOnly, [&] { out.EnsureRead(&byte, 1); });
-    expect_refusal(Exception::writeOnly, [&] { out.EnsureAvailable(1, 1); });
-    expect_refusal(Exception::genericException, [&] { out.ReadClass(); });
-}
-
 TEST_P(ArchiveWindow, FlushingALoadingArchiveHandsTheFileOver)
 {
     set_contents("0123456789");
@@ -211,46 +175,6 @@ TEST_P(ArchiveWindow, FlushingALoadingArchiveHandsTheFileOver)
     EXPECT_EQ(cause_of([&] { *archive >> byte; }), Exception::genericException);
     archive->Flush();
     archive->Close();
-}
-
-TEST_P(ArchiveWindow, AbortingAStoringArchiveDropsWhatIsBuffered)
-{
-    auto archive = open(CXArchive::store);
-    *archive << 'a';
-    archive->Flush();
-    *archive << 'b';
-    archive->Abort();
-    EXPECT_EQ(cause_of([&] { *archive << 'c'; }), Exception::genericException);
-    try {
-        auto const unwound = open(CXArchive::store);
-        *unwound << 'd';
-        throw 1;
-    } catch (int) {
-    }
-    EXPECT_EQ(contents(), "a");
-}
-
-TEST(ArchiveStream, MemoryFilesAreUsedInPlace)
-{
-    class Counted : public CXMemFile {
-    public:
-        unsigned int Read(void *, unsigned int) override { return ++m_calls, 0; }
-        void Write(void const *, unsigned int) override { ++m_calls; }
-        int m_calls = 0;
-    } file;
-    CXArchive archive(&file, CXArchive::store);
-    for (int i = 0; i < 100000; ++i)
-        archive << i;
-    archive.Close();
-    file.Seek(0, CXFile::begin);
-    CXArchive loading(&file, CXArchive::load);
-    for (int i = 0, value = 0; i < 100000; ++i) {
-        loading >> value;
-        ASSERT_EQ(value, i);
-    }
-    EXPECT_EQ(file.m_calls, 0);
-    EXPECT_THROW(CXArchive(nullptr, CXArchive::load), CXInvalidArgException *);
-    XDeleteThreadException();
 }
 
 TEST(ArchiveStream, AFileThatKeepsItsLengthToItselfIsReadInPieces)
@@ -276,27 +200,6 @@ TEST(ArchiveStream, AFileThatKeepsItsLengthToItselfIsReadInPieces)
         EXPECT_EQ(cause_of([&] { cut_archive >> wide; }), Exception::endOfFile);
         EXPECT_LE(wide.GetCapacity(), 1'000'000);
     }
-}
-
-TEST(ArchiveStream, OnlyAContiguousReadCanExceedTheBuffer)
-{
-    class Reader : public CXArchive {
-    public:
-        using CXArchive::CXArchive;
-        using CXArchive::FillBuffer;
-    };
-    StreamFile file(std::string(1000, 'x'), 1000);
-    file.SetFilePath(L"C:\\a.bin");
-    Reader archive(&file, CXArchive::load, 1); // raised to 128
-    archive.FillBuffer(128);
-    CXTString<wchar_t> file_name(L"x");
-    EXPECT_EQ(cause_of([&] { archive.FillBuffer(129); }, &file_name), Exception::bufferFull);
-    EXPECT_TRUE(file_name.IsEmpty());
-    std::string block(900, '\0');
-    archive.EnsureRead(block.data(), block.size());
-    EXPECT_EQ(block, std::string(900, 'x'));
-    EXPECT_EQ(cause_of([&] { archive.FillBuffer(101); }), Exception::endOfFile);
-    EXPECT_EQ(archive.Read(block.data(), block.size()), 100U);
 }
 
 TEST(ArchiveStream, AFailedWriteIsNotRepeated)

@@ -43,10 +43,6 @@ template <class T> void expect_round_trip(CXArray<T> const &array)
     }
 }
 
-struct Opaque { // neither operators nor Serialize()
-    int m_value = 0;
-};
-
 } // namespace
 
 TEST(ArrayArchive, WritesTheCountAndTheElements)
@@ -116,13 +112,4 @@ TEST(ArrayArchive, FalseCountsAreRefusedBeforeTheyCostMemory)
             expect_refusal(CXArray<CXArray<int>>(), count, tells_length);
         }
     }
-}
-
-TEST(ArrayArchive, ElementsThatCannotBeSerializedThrow)
-{
-    CXArray<Opaque> array;
-    array.SetSize(1);
-    EXPECT_THROW(store_bytes([&](CXArchive &archive) { array.Serialize(archive); }),
-        CXInvalidArgException *);
-    XDeleteThreadException();
 }

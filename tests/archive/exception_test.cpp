@@ -2,12 +2,10 @@
 #include "kortools/archive/exception.h"
 
 #include "kortools/core/throw.h"
-#include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
 #include "tests/archive/file_checks.h"
 #include "tests/support/child_process.h"
 #include "tests/support/temp_folder.h"
-#include "tests/support/thread_language.h"
 
 #include <atomic>
 #include <cstdio>
@@ -15,11 +13,9 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
-#include <memory>
 #include <set>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #ifdef __linux__
@@ -139,17 +135,6 @@ TEST(PendingException, ThreadsDoNotDisturbEachOther)
     delete_exception(none);
 }
 
-TEST(Exception, ThrowersRegisterWhatTheyThrow)
-{
-    EXPECT_THROW(kortools::core::throw_invalid_argument(), CXInvalidArgException *);
-    EXPECT_NE(dynamic_cast<CXInvalidArgException *>(XGetThreadException()), nullptr);
-    EXPECT_THROW(kortools::core::throw_out_of_memory(), CXMemoryException *);
-    EXPECT_NE(dynamic_cast<CXMemoryException *>(XGetThreadException()), nullptr);
-    EXPECT_THROW(CXArchiveException::Throw(CXArchiveException::badIndex), CXArchiveException *);
-    EXPECT_NE(dynamic_cast<CXArchiveException *>(XGetThreadException()), nullptr);
-    XDeleteThreadException();
-}
-
 #if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST(Exception, ExhaustedMemoryIsReportedWithoutMemory)
 {
@@ -169,35 +154,6 @@ TEST(Exception, ExhaustedMemoryIsReportedWithoutMemory)
     EXPECT_EXIT(throw_without_memory(), testing::ExitedWithCode(0), "");
 }
 #endif
-
-TEST(Exception, MessagesNameTheFileOnceAndTheUnnamedOneInWords)
-{
-    ThreadLanguage const english(kortools::text::english);
-    using File = CXFileException;
-    using Archive = CXArchiveException;
-    EXPECT_EQ(File(File::fileNotFound, L"a%1b.kor").GetErrorMessage(), L"a%1b.kor was not found.");
-    EXPECT_EQ(File(File::fileNotFound).GetErrorMessage(), L"an unnamed file was not found.");
-    EXPECT_EQ(File(File::none, L"a.kor", L"own text").GetErrorMessage(), L"own text");
-    EXPECT_EQ(Archive(Archive::badClass, L"a.kor").GetErrorMessage(),
-        L"a.kor contains an unexpected object.");
-    // A cause that is none of the list must not fetch the text of something else.
-    EXPECT_EQ(File(static_cast<File::FileExceptionType>(15), L"a.kor").GetErrorMessage(),
-        File(File::genericException, L"a.kor").GetErrorMessage());
-
-    static std::wstring s_shown;
-    auto *const before
-        = kortools::platform::set_message_box_handler([](wchar_t const *text, unsigned int flags) {
-              s_shown += std::to_wstring(flags) + text;
-              return 1;
-          });
-    testing::internal::CaptureStderr();
-    EXPECT_TRUE(CXUserException(L"told").ReportError(0x10));
-    EXPECT_FALSE(CXUserException().ReportError()); // nothing to tell
-    EXPECT_TRUE(File(File::fileNotFound, L"a").ReportError());
-    EXPECT_EQ(s_shown, L"16told0a was not found.");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    kortools::platform::set_message_box_handler(before);
-}
 
 TEST(FileException, SystemErrorsGiveTheirCause)
 {

@@ -7,7 +7,6 @@
 #include "tests/support/temp_folder.h"
 
 #include <climits>
-#include <map>
 
 using kor_test::cause_of;
 using kortools::platform::get_last_os_error;
@@ -119,24 +118,6 @@ TEST_F(File, RefusesPathsThatNameNoFile)
     EXPECT_EQ(open_cause(m_folder.GetPath().wstring().c_str(), 0), 5);
 }
 
-TEST_F(File, ReopeningClosesFirstEvenWhenItFails)
-{
-    auto const is_free
-        = [&](wchar_t const *name) { return open_cause(GetPath(name).c_str(), 0) == 0; };
-    CXFile file(GetPath(L"one").c_str(), create);
-    ASSERT_TRUE(file.Open(GetPath(L"two").c_str(), create));
-    EXPECT_TRUE(is_free(L"one") && !is_free(L"two"));
-    EXPECT_FALSE(file.Open(L"", create));
-    EXPECT_TRUE(!file.IsOpen() && is_free(L"two"));
-    for (bool const abort : { false, true }) {
-        ASSERT_TRUE(file.Open(GetPath(L"two").c_str(), create));
-        abort ? file.Abort() : file.Close();
-        EXPECT_TRUE(!file.IsOpen() && is_free(L"two"));
-        file.Close();
-        file.Abort();
-    }
-}
-
 TEST_F(File, LeavesHandlesOpenThatItDidNotOpen)
 {
     CXFile owner(GetPath().c_str(), create);
@@ -159,31 +140,6 @@ TEST_F(File, LeavesHandlesOpenThatItDidNotOpen)
     EXPECT_NE(std::fputc('?', stream), EOF);
     EXPECT_EQ(std::fclose(stream), 0);
     EXPECT_EQ(m_folder.Read("stream"), "text!?");
-}
-
-TEST_F(File, FailsWithTheLastSystemErrorWhenClosedOrQuietly)
-{
-    static char s_byte = 'x';
-    void (*const operations[])(CXFile &) = {
-        [](CXFile &file) { EXPECT_EQ(file.Read(&s_byte, 1), 0U); },
-        [](CXFile &file) { file.Write(&s_byte, 1); },
-        [](CXFile &file) { EXPECT_EQ(file.Seek(0, CXFile::end), 0U); },
-        [](CXFile &file) { file.SetLength(1); },
-        [](CXFile &file) { EXPECT_EQ(file.GetLength(), 0U); },
-        [](CXFile &file) { EXPECT_EQ(file.GetPosition(), 0U); },
-        [](CXFile &file) { file.Flush(); },
-    };
-    CXFile loud(true);
-    loud.SetFilePath(L"C:\\some\\name");
-    CXFile quiet(false);
-    for (auto const operation : operations) {
-        for (auto const &[system, cause] : { std::pair(0U, 1), { 33U, 12 } }) {
-            set_last_os_error(system);
-            EXPECT_EQ(
-                cause_of<CXFileException>([&] { operation(loud); }, loud.GetFilePath()), cause);
-        }
-        operation(quiet);
-    }
 }
 
 TEST_F(File, RejectsBadBuffersPositionsAndLengths)
@@ -222,19 +178,4 @@ TEST_F(File, GoesBeyondFourGigabytes)
     EXPECT_EQ(file.Read(bytes, sizeof(bytes)), 5U);
     EXPECT_EQ(bytes[0], 0);
     EXPECT_EQ(std::string(bytes + 1, 4), "1234");
-}
-
-TEST_F(File, NamesItsLastComponent)
-{
-    std::map<std::wstring, std::wstring> const names
-        = { { L"C:\\a\\b.txt", L"b.txt" }, { L"/a/b", L"b" }, { L"b.txt", L"b.txt" },
-              { L"C:b", L"b" }, { L"a\\b:c", L"b:c" }, { L"C:\\a\\", L"" } };
-    CXFile file;
-    for (auto const &[path, name] : names) {
-        file.SetFilePath(path.c_str());
-        EXPECT_EQ(file.GetFileName(), name);
-        EXPECT_EQ(file.GetFilePath(), path);
-    }
-    file.SetFilePath(nullptr);
-    EXPECT_STREQ(file.GetFilePath(), L"");
 }

@@ -5,7 +5,6 @@
 
 #include <climits>
 #include <cstring>
-#include <memory>
 #include <string>
 
 using kor_test::cause_of;
@@ -32,31 +31,6 @@ TEST(MemFile, BehavesLikeTheModel)
         attached.SetLength(0);
         kor_test::FileBattery(attached, step).Run(2000);
     }
-}
-
-TEST(MemFile, GrowsByEqualSteps)
-{
-    std::vector<unsigned char> const bytes(5000);
-    struct {
-        unsigned int step;
-        unsigned int written;
-        unsigned long long block;
-    } const cases[] = { { 0, 1, 2048 }, { 0, 5000, 6144 }, { 100, 250, 300 }, { 100, 300, 300 } };
-    for (auto const &each : cases) {
-        CXMemFile file(each.step);
-        EXPECT_EQ(file.GetBuffer(), nullptr);
-        file.Write(bytes.data(), each.written);
-        EXPECT_EQ(file.GetBufferSize(), each.block);
-        EXPECT_TRUE(file.GrowBuffer(each.block + 1));
-        EXPECT_EQ(file.GetBufferSize(), each.block + (each.step ? each.step : 2048));
-        EXPECT_EQ(file.GetLength(), each.written);
-    }
-    CXMemFile by_one(1);
-    by_one.SetLength(1'000'003); // at once, whatever the number of steps
-    EXPECT_EQ(by_one.GetBufferSize(), 1'000'003U);
-    CXMemFile attached(bytes.data(), 30);
-    attached.SetLength(31);
-    EXPECT_EQ(attached.GetBufferSize(), 2078U);
 }
 
 TEST(MemFile, UsesACallersBlockButNeverMovesOrFreesIt)
@@ -169,55 +143,4 @@ TEST(MemFile, WritesPartsOfItself)
     file.Seek(2, CXFile::begin);
     file.Write(file.GetBuffer(), 8); // source and target overlap
     EXPECT_EQ(get_contents(file), "0101234567234567");
-}
-
-TEST(MemFile, GivesWindowsOnItsBlock)
-{
-    CXMemFile file(16);
-    void *start = &file;
-    void *end = &file;
-    auto const command = [&](CXFile::BufferCommandType type, unsigned long long count) {
-        return file.BufferCommand(type, count, &start, &end);
-    };
-    EXPECT_EQ(file.BufferCommand(CXFile::bufferCheck), 1U);
-    EXPECT_EQ(command(CXFile::bufferRead, 5), 0U);
-    EXPECT_EQ(start, end);
-    EXPECT_EQ(command(CXFile::bufferWrite, 10), 1U);
-    EXPECT_EQ(start, file.GetBuffer());
-    EXPECT_EQ(end, file.GetBuffer() + 16) << "all that is free";
-    std::memcpy(start, "0123456789abcdef", 16);
-    EXPECT_EQ(file.GetLength() + file.GetPosition(), 0U);
-    EXPECT_EQ(command(CXFile::bufferCommit, 6), 1U);
-    EXPECT_EQ(get_contents(file), "012345");
-    EXPECT_EQ(file.GetPosition(), 6U);
-
-    file.Seek(8, CXFile::begin); // leaves a gap over old bytes
-    EXPECT_EQ(command(CXFile::bufferCommit, 0), 1U);
-    EXPECT_EQ(file.GetLength(), 6U);
-    EXPECT_EQ(command(CXFile::bufferWrite, 0), 1U);
-    EXPECT_EQ(start, file.GetBuffer() + 8);
-    EXPECT_EQ(end, file.GetBuffer() + 16);
-    EXPECT_EQ(command(CXFile::bufferCommit, 2), 1U);
-    EXPECT_EQ(get_contents(file), std::string("012345\0\00089", 10));
-
-    file.Seek(1, CXFile::begin);
-    EXPECT_EQ(command(CXFile::bufferRead, 3), 3U);
-    EXPECT_EQ(start, file.GetBuffer() + 1);
-    EXPECT_EQ(end, file.GetBuffer() + 4);
-    EXPECT_EQ(command(CXFile::bufferRead, ULLONG_MAX), 6U);
-    EXPECT_EQ(command(CXFile::bufferRead, ULLONG_MAX), 0U);
-    file.Seek(100, CXFile::begin);
-    EXPECT_EQ(command(CXFile::bufferRead, 1), 0U);
-    EXPECT_EQ(file.GetPosition(), 100U);
-    EXPECT_EQ(command(CXFile::bufferWrite, 1), 1U);
-    EXPECT_EQ(file.GetBufferSize(), 112U);
-}
-
-TEST(MemFile, IsCreatedByNameButNotSerialized)
-{
-    CXRuntimeClass const *const record = CXRuntimeClass::FindRuntimeClass("CXMemFile");
-    ASSERT_NE(record, nullptr);
-    EXPECT_FALSE(record->IsSerializable());
-    std::unique_ptr<CXObject> const object(record->CreateObject());
-    EXPECT_TRUE(object && object->IsKindOf(CXFile::GetThisRuntimeClassDescriptor()));
 }

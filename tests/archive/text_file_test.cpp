@@ -6,8 +6,6 @@
 #include "tests/support/ansi_page.h"
 #include "tests/support/temp_folder.h"
 
-#include <memory>
-
 using kor_test::cause_of;
 using namespace std::string_literals;
 
@@ -330,33 +328,6 @@ TEST_F(TextFile, IsAFileOfBytes)
     EXPECT_EQ(all, large + "a");
 }
 
-TEST_F(TextFile, ReachesTheSystemInTime)
-{
-    CXStdioFile file(GetPath().c_str(), create | CXFile::shareDenyWrite);
-    file.WriteString(L"a");
-    EXPECT_EQ(ReadBytes(), "");
-    file.Flush();
-    EXPECT_EQ(ReadBytes(), "a");
-    file.WriteString(L"b");
-    file.Seek(0, CXFile::begin);
-    EXPECT_EQ(ReadBytes(), "ab");
-    CXTString<wchar_t> text;
-    EXPECT_TRUE(file.ReadString(text));
-    file.WriteString(L"c");
-    file.Close();
-    EXPECT_EQ(ReadBytes(), "abc");
-    {
-        CXStdioFile other(GetPath().c_str(), append);
-        other.Write("d", 1);
-        EXPECT_EQ(other.GetLength(), 3U);
-    }
-    EXPECT_EQ(ReadBytes(), "dbc");
-    ASSERT_TRUE(file.Open(GetPath().c_str(), append));
-    file.Write("e", 1);
-    ASSERT_TRUE(file.Open(GetPath(L"other").c_str(), create));
-    EXPECT_EQ(ReadBytes(), "ebc");
-}
-
 TEST_F(TextFile, ReportsFailuresWhenTheyHappen)
 {
     CXTString<wchar_t> text(L"old");
@@ -385,20 +356,4 @@ TEST_F(TextFile, ReportsFailuresWhenTheyHappen)
     EXPECT_EQ(cause_of<CXFileException>([&] { writer.ReadString(text); }), 5);
     writer.Close();
     EXPECT_EQ(ReadBytes(), "text");
-}
-
-TEST_F(TextFile, ReadsAStreamOfTheCLibrary)
-{
-    WriteBytes("one\ntwo\n");
-    std::FILE *const stream = std::fopen((m_folder.GetPath() / "file").string().c_str(), "rb");
-    ASSERT_NE(stream, nullptr);
-    std::fgetc(stream);
-    CXTString<wchar_t> text;
-    {
-        CXStdioFile file(stream, true);
-        EXPECT_EQ(file.GetPosition(), 1U);
-        EXPECT_TRUE(file.ReadString(text));
-        EXPECT_EQ(text, L"ne");
-    }
-    EXPECT_EQ(std::fclose(stream), 0);
 }

@@ -175,23 +175,6 @@ TEST(Array, GrowsByItsRule)
     }
 }
 
-// What an array does to strings is what assignment does to default-constructed ones.
-TEST(Array, GivesStringsTheBlocksThatAssignmentGives)
-{
-    CXArray<CXTString<char>> array;
-    CXTString<char> moved = "123456789 123456789";
-    CXTString<char> const copied = "12345678";
-    array.Add(copied);
-    array.Add(std::move(moved));
-    array.InsertAt(0, CXTString<char>("abc"));
-    array.SetSize(5);
-    for (int const i : { 0, 1, 4 })
-        EXPECT_EQ(array[i].GetCapacity(), 16) << i;
-    EXPECT_EQ(array[2].GetCapacity(), 64);
-    EXPECT_TRUE(moved.IsEmpty());
-    EXPECT_EQ(sizeof array, sizeof(void *) * 2 + 4 * sizeof(int));
-}
-
 TEST(Array, EveryBadIndexOrSizeThrowsAndChangesNothing)
 {
     auto array = make_array<int>({ 1, 2, 3 });

@@ -25,31 +25,6 @@ TEST(Conversion, ChoosesThePageByTheEncoding)
     EXPECT_STREQ(XCW2A(L"\x0413\x0100", 1252), "?A");
 }
 
-TEST(Conversion, FailsForNullAndForPagesThatDoNotExist)
-{
-    char const *const narrow = "abc";
-    for (int const encoding : { -1, 1, 2, 1252, 4, 12345, -2 }) {
-        EXPECT_FALSE(XCA2W(nullptr, encoding) || XCW2A(nullptr, encoding)) << encoding;
-        bool const exists = encoding != 4 && encoding != 12345 && encoding != -2;
-        for (int const length : { 0, 3 }) {
-            EXPECT_EQ(XCA2W(narrow + 3 - length, encoding) != nullptr, exists) << encoding;
-            EXPECT_EQ(XCW2A(L"abc" + 3 - length, encoding) != nullptr, exists) << encoding;
-        }
-        EXPECT_EQ(static_cast<char const *>(XCA2A(narrow, encoding)), narrow); // the text itself
-    }
-    CXTString<char> result = "old";
-    EXPECT_FALSE(kortools::core::convert_text(L"abc", static_cast<xStringEncoding>(5), result));
-    EXPECT_TRUE(result.IsEmpty());
-}
-
-TEST(Conversion, KeepsZerosInsideViews)
-{
-    CXTString<wchar_t> wide;
-    EXPECT_TRUE(kortools::core::convert_text(
-        std::string_view("a\0\xE9", 3), static_cast<xStringEncoding>(1252), wide));
-    EXPECT_EQ(wide.GetView(), std::wstring_view(L"a\0\x00E9", 3));
-}
-
 TEST(AutomationString, HasUnitsASizeAndAZero)
 {
     std::u16string const units = u"a\u00E9\U0001F600\xDC00z";
@@ -125,15 +100,4 @@ TEST(Utf16ToUtf32, JoinsPairsWithoutTheirOffset)
     // The last unit pairs with the one behind the range.
     EXPECT_EQ(widen(u"a\xD83D\0"s, 2), U"a");
     EXPECT_EQ(widen(u"a\xD83D\xDE00", 2), U"a\xF600");
-}
-
-TEST(ReverseBuffer, ReversesBytes)
-{
-    char bytes[] = "abcde";
-    ReverseBuffer(bytes, 5);
-    ReverseBuffer(bytes + 1, 2);
-    for (int const nothing : { 1, 0, -3 })
-        ReverseBuffer(bytes, nothing);
-    ReverseBuffer(nullptr, 0);
-    EXPECT_STREQ(bytes, "ecdba");
 }

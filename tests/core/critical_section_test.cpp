@@ -38,24 +38,3 @@ TEST(CriticalSection, IsRecursiveAndExcludesOtherThreads)
         ASSERT_FALSE(section.IsLocked());
     }
 }
-
-TEST(SingleLock, HoldsItsSectionOnceAndLetsGoOfIt)
-{
-    CXCriticalSection first;
-    CXCriticalSection second;
-    {
-        CXSingleLock lock(&first, false);
-        lock.Unlock(); // not held: must not unbalance the section
-        lock.Lock();
-        lock.Lock();
-        EXPECT_TRUE(first.IsLocked());
-        lock.Attach(&second);
-        EXPECT_FALSE(first.IsLocked() || second.IsLocked());
-        lock.Lock();
-        EXPECT_TRUE(second.IsLocked() && lock.IsLocked());
-    }
-    EXPECT_FALSE(second.IsLocked());
-    CXSingleLock none;
-    none.Lock();
-    EXPECT_FALSE(none.IsLocked());
-}

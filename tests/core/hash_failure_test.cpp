@@ -185,28 +185,6 @@ TYPED_TEST(HashOfThrowing, StaysWhole)
         "assign");
 }
 
-TYPED_TEST(HashOfThrowing, EndsWhatIsRemoved)
-{
-    CHashMap<TypeParam, TypeParam const &, TypeParam> map;
-    for (int i = 0; i < 100; ++i)
-        map.Insert(i, i);
-    for (int i = 0; i < 50; ++i)
-        map.Remove(i);
-    EXPECT_EQ(s_alive, 100);
-    auto copy = map;
-    EXPECT_EQ(s_alive, 200);
-    copy = std::move(map);
-    EXPECT_EQ(s_alive, 100);
-    copy.Clear();
-    EXPECT_EQ(s_alive, 0);
-    copy.Insert(1, 1);
-    copy.Free();
-    EXPECT_EQ(s_alive, 0);
-    CHashTable<TypeParam> table;
-    table.Insert(1);
-    EXPECT_EQ(s_alive, 1);
-}
-
 } // namespace
 
 template class CHashMap<Copier, Copier const &, Copier>;

@@ -3,14 +3,12 @@
 
 #include "kortools/core/ex_lc_string.h"
 #include "kortools/core/hash_table.h"
-#include "kortools/core/int_map.h"
 #include "kortools/core/xstring.h"
 #include "tests/core/hash_model.h"
 #include "tests/support/oracle.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <memory>
 #include <set>
 #include <string>
 #include <utility>
@@ -230,37 +228,6 @@ TEST(HashMap, LiesInMemoryAsDocumented)
     EXPECT_TRUE(header.slots[32 % 29 * 3 + 2] == 2 && header.slots[2] == 1);
 }
 
-TEST(HashMap, FindsAndIteratesInEachForm)
-{
-    CHashMap<int, int, int> map;
-    CHashMap<int, int, int> const &constant = map;
-    int key = 0, value = -1;
-    int *pointer = &value;
-    int const *constant_pointer = &value;
-    EXPECT_FALSE(map.Find(6, value) || map.Find(6, pointer) || constant.Find(6));
-    EXPECT_TRUE(value == -1 && pointer == nullptr);
-    map.Insert(1, 10);
-    map.Insert2(2, 20); // slot 9; slot 16 has key 1
-    EXPECT_TRUE(constant.Find(1, value) && map.Find(1, pointer) && value == 10);
-    *pointer = 11;
-    EXPECT_TRUE(constant.Find(1, constant_pointer) && *constant_pointer == 11);
-
-    unsigned pos = map.GetFirst();
-    EXPECT_EQ(map.GetNext(pos, key)++, 20);
-    EXPECT_TRUE(key == 2 && pos == 16);
-    map.GetNext(pos = 9, key, value);
-    EXPECT_EQ(value, 21);
-    map.GetNext(pos, key, pointer);
-    EXPECT_TRUE(key == 1 && *pointer == 11 && pos == none);
-    map.GetNext(pos = 9, pointer);
-    EXPECT_EQ(*pointer, 21);
-    map.GetNext(pos = 9, nullptr, &value);
-    EXPECT_EQ(value, 21);
-    for (auto [k, v] : map)
-        v = -k;
-    EXPECT_EQ(*map.Find(2), -2);
-}
-
 TEST(HashMap, GivesNothingForPositionsWithoutEntry)
 {
     CHashMap<int, int, int> map;
@@ -306,16 +273,6 @@ TEST(HashMap, KeysTextsWithoutRegardToCase)
     EXPECT_TRUE(key == L"\u00C9a");
 }
 
-TEST(IntMap, IsAnIntToIntMap)
-{
-    CIntMap map;
-    map.Insert(4, 40);
-    CIntMap copy(map), moved(std::move(map));
-    EXPECT_TRUE(*copy.Find(4) == 40 && *moved.Find(4) == 40 && map.IsEmpty());
-    std::unique_ptr<CHashMap<int, int, int>> const base = std::make_unique<CIntMap>(copy);
-    EXPECT_EQ(base->GetCount(), 1U);
-}
-
 TEST(HashTable, IsASet)
 {
     CHashTable<int> table;
@@ -334,14 +291,6 @@ TEST(HashTable, IsASet)
     for (int const key : table)
         keys.insert(key);
     EXPECT_EQ(keys, model);
-    int key = 7;
-    unsigned pos = table.GetFirst();
-    EXPECT_EQ(*table.GetNext(pos), *table.begin());
-    table.GetNext(pos = table.GetFirst(), key);
-    EXPECT_EQ(*table.Find(key), *table.begin());
-    table.GetNext(pos = none, &key);
-    EXPECT_EQ(key, 0);
-    EXPECT_EQ(table.GetNext(pos), nullptr);
     CHashTable<int> copy(table);
     copy.Remove(table);
     EXPECT_TRUE(copy.IsEmpty() && copy.begin() == copy.end());

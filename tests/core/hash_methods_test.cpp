@@ -57,16 +57,6 @@ TEST(HashUTF16, TakesBytesAsUnsignedUnitsAndNullAsEmpty)
     EXPECT_EQ(HashUTF16(L"a\0b", 3), HashUTF16(u"a\0b", 3));
 }
 
-TEST(HashMethods, ShiftIntegersInto32Bits)
-{
-    EXPECT_EQ(CHashMethods<unsigned>::GetHash(0xF0000001, 97), 16U);
-    EXPECT_EQ(CHashMethods<short>::GetHash(-1, 97), 0xFFFFFFF0U % 97);
-    EXPECT_EQ(CHashMethods<wchar_t>::GetHash(L'!', 97), 528U % 97);
-    EXPECT_EQ(CHashMethods<bool>::GetHash(true, 97), 16U);
-    enum class Kind : unsigned char { Mesh = 200 };
-    EXPECT_EQ(CHashMethods<Kind>::GetHash(Kind::Mesh, 97), 3200U % 97);
-}
-
 // `long` and size_t have 32 bits here and 64 there.
 TEST(HashMethods, HashASmallNumberAlikeInEveryWidth)
 {

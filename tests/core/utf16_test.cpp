@@ -70,12 +70,3 @@ TEST(Utf16, AgreesWithTheModel)
         }
     }
 }
-
-TEST(Utf16, CharactersBeyondTheLastAreReplaced)
-{
-    if constexpr (sizeof(wchar_t) == 4) {
-        std::wstring const beyond = { static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1) };
-        EXPECT_EQ(to_units(beyond), u"\uFFFD\uFFFD");
-        EXPECT_EQ(compare(beyond, L"\xFFFD\xFFFD"), 0);
-    }
-}

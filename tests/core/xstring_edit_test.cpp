@@ -126,23 +126,6 @@ TYPED_TEST(XStringEdit, EditsWithItsOwnText)
     EXPECT_EQ(text.Trim(text.GetAtPtr(7)), lit<T>("-abc-"));
 }
 
-TYPED_TEST(XStringEdit, ClampsInsertionsAndIgnoresBadDeletions)
-{
-    using T = TypeParam;
-    CXTString<T> text = lit<T>("bc");
-    EXPECT_EQ(text.Insert(-5, T('a')), 3);
-    EXPECT_EQ(text.Insert(99, lit<T>("de").c_str()), 5);
-    EXPECT_EQ(text.Insert(1, CXTString<T>(lit<T>("\0x"))), 7);
-    EXPECT_EQ(text.Insert(1, static_cast<T const *>(nullptr)), 7);
-    for (auto const &[at, count] : { std::pair(-1, 3), { 7, 1 }, { 2, 0 }, { 2, -1 } })
-        EXPECT_EQ(text.Delete(at, count), 7);
-    EXPECT_EQ(text, lit<T>("a\0xbcde"));
-    text.Delete(1, 2);
-    text.Delete(0);
-    EXPECT_EQ(text, lit<T>("bcde"));
-    EXPECT_EQ(text.Delete(2, INT_MAX), 2);
-}
-
 TYPED_TEST(XStringEdit, ChangesCaseOrderAndEnds)
 {
     using T = TypeParam;

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Formatting, string tables, conversion between the widths, comparison by the locale.
 #include "kortools/core/xstring.h"
-#include "kortools/text/string_table.h"
 #include "tests/core/xstring_support.h"
 #include "tests/support/ansi_page.h"
-#include "tests/support/thread_language.h"
 
 #include <cstdarg>
 #include <gtest/gtest.h>
@@ -12,8 +10,6 @@
 namespace {
 
 template <class T> using Std = std::basic_string<T>;
-
-constexpr unsigned int gigabytes_format = 5230; // "%.2f Gb"
 
 template <class T> void format_v(CXTString<T> &text, T const *format, ...)
 {
@@ -73,22 +69,6 @@ TYPED_TEST(XStringFormat, EmptiesTheStringForABadFormatOnly)
     EXPECT_EQ(text, lit<T>(""));
 }
 
-TYPED_TEST(XStringFormat, LoadsTextsByTheirNumber)
-{
-    using T = TypeParam;
-    ThreadLanguage const language(kortools::text::english);
-    CXTString<T> text = lit<T>("old");
-    EXPECT_TRUE(text.LoadString(gigabytes_format));
-    EXPECT_EQ(text, lit<T>("%.2f Gb"));
-    text.Format(gigabytes_format, 1.5);
-    EXPECT_EQ(text, lit<T>("1.50 Gb"));
-    text.AppendFormat(gigabytes_format, 0.25);
-    EXPECT_EQ(text, lit<T>("1.50 Gb0.25 Gb"));
-    EXPECT_FALSE(text.LoadStringW(0xFFFFFFFF));
-    EXPECT_TRUE(text.IsEmpty());
-    EXPECT_EQ(CXTString<T>::GetDefaultEncoding(), xEncodingDefault);
-}
-
 TYPED_TEST(XStringFormat, ScansFieldsFromAnyPlace)
 {
     using T = TypeParam;
@@ -124,22 +104,5 @@ TEST(XStringConversion, GoesThroughTheAnsiCodePage)
             EXPECT_EQ(CXTString<wchar_t>(narrow.c_str()), wide) << each.page << ' ' << padding;
             EXPECT_EQ(CXTString<char>(wide.c_str()), narrow) << each.page << ' ' << padding;
         }
-    }
-}
-
-TYPED_TEST(XStringFormat, ComparesByTheLocaleAndWithoutCase)
-{
-    using T = TypeParam;
-    CXTString<T> const text = lit<T>("abC");
-    EXPECT_EQ(text.CompareNoCase(lit<T>("ABc").c_str()), 0);
-    EXPECT_LT(text.CompareNoCase(lit<T>("aBd").c_str()), 0);
-    EXPECT_LT(text.Collate(lit<T>("abd").c_str()), 0);
-    EXPECT_EQ(text.CollateNoCase(lit<T>("ABc").c_str()), 0);
-    EXPECT_GT(text.CollateNoCase(lit<T>("abb").c_str()), 0);
-    for (CXTString<T> const &each : { text, CXTString<T>() }) { // a null pointer is less than text
-        T const *const null = nullptr;
-        EXPECT_EQ(each.CompareNoCase(null), !each.IsEmpty());
-        EXPECT_EQ(each.Collate(null), !each.IsEmpty());
-        EXPECT_EQ(each.CollateNoCase(null), !each.IsEmpty());
     }
 }

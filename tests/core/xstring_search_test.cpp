@@ -204,22 +204,3 @@ TYPED_TEST(XStringSearch, TokenizesUntilThePositionIsMinusOne)
     EXPECT_EQ(CXTString<T>(T('a')).Tokenize(nullptr, position), lit<T>(""));
     EXPECT_EQ(position, -1);
 }
-
-TYPED_TEST(XStringSearch, FiltersTheWholeText)
-{
-    using T = TypeParam;
-    std::mt19937 random(3);
-    for (int step = 0; step < 300; ++step) {
-        Std<T> const model = random_text<T>(random, 100, 30);
-        Std<T> const set = random_text<T>(random, 10, 30);
-        Std<T> in;
-        Std<T> out;
-        for (T const ch : model)
-            (set.find(ch) != Std<T>::npos ? in : out) += ch;
-        ASSERT_EQ(CXTString<T>(model).SpanIncluding(set.c_str()), in);
-        ASSERT_EQ(CXTString<T>(model).SpanExcluding(set.c_str()), out);
-    }
-    CXTString<T> const text(T('a'));
-    EXPECT_EQ(text.SpanIncluding(nullptr), lit<T>(""));
-    EXPECT_EQ(text.SpanExcluding(nullptr), lit<T>(""));
-}

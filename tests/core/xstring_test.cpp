@@ -5,8 +5,6 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <iostream>
-#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -31,12 +29,6 @@ private:
 };
 
 template <class T> using OtherWidth = kortools::core::other_char_t<T>;
-
-template <class S>
-concept TakesNumbers = requires(S const &text, int number)
-{
-    text + number;
-};
 
 } // namespace
 
@@ -108,30 +100,6 @@ TYPED_TEST(XString, IsMadeFromEverythingThatHoldsText)
     CXTString<T> const long_zero = PlatformText<T>(with_zero);
     EXPECT_EQ(long_zero.GetLength(), 3);
     EXPECT_EQ(CXTString<T>(CXTString<O>(long_zero)), with_zero);
-}
-
-TYPED_TEST(XString, TakesNullPointersForEmptyText)
-{
-    using T = TypeParam;
-    auto const check = [](auto const &null) {
-        EXPECT_TRUE(CXTString<T>(null).IsEmpty());
-        CXTString<T> text = lit<T>("kept");
-        text += null;
-        EXPECT_EQ(text, lit<T>("kept"));
-        text = null;
-        EXPECT_TRUE(text.IsEmpty());
-    };
-    T const *const null = nullptr;
-    check(null);
-    check(static_cast<OtherWidth<T> const *>(nullptr));
-    check(static_cast<unsigned char const *>(nullptr));
-    check(nullptr);
-    CXTString<T> text = lit<T>("text");
-    EXPECT_TRUE(text.Compare(null) > 0 && !(text == null));
-    text.Copy(null, 2);
-    EXPECT_TRUE(text.Compare(null) == 0 && text == null);
-    EXPECT_TRUE(CXTString<T>(null, 3).IsEmpty());
-    EXPECT_EQ(CXTString<T>(nullptr).GetCapacity(), 16);
 }
 
 TYPED_TEST(XString, MayBeItsOwnArgument)
@@ -262,30 +230,4 @@ TEST(XStringWide, OrdersCodePointsByTheirSurrogates)
     EXPECT_LT(point, CXTString<wchar_t>(L"\xFFFF"));
     EXPECT_EQ(pair == point, sizeof(wchar_t) == 2);
     EXPECT_EQ(pair.Compare(point) == 0, pair == point);
-}
-
-TEST(XStringUse, ReadsLikeOrdinaryCode)
-{
-    CXTString<wchar_t> s = L"x";
-    std::wstring_view const view = s;
-    std::wstring const standard(s);
-    std::wostringstream wide_stream;
-    wide_stream << s << L'|' << s + L"y";
-    EXPECT_EQ(view, standard);
-    EXPECT_EQ(wide_stream.str(), L"x|xy");
-    EXPECT_TRUE(s == L"x" && L"x" == s && s != L"y" && L"y" != s && s == standard && view == s);
-    PlatformText<wchar_t> const platform(L"p");
-    EXPECT_TRUE(platform != s && s > platform && platform < s && s >= standard && L"w" < s);
-    EXPECT_EQ(L'a' + (L"a" + s) + L"b" + L'c' + s + 'd', L"aaxbcxd");
-    EXPECT_EQ(platform + s + standard + platform, L"pxxp");
-    EXPECT_LT(s.Compare(PlatformText<wchar_t>(L"y")), 0);
-    EXPECT_EQ(CXTString<wchar_t>(s).Insert(1, platform), 2);
-    static_assert(!TakesNumbers<CXTString<wchar_t>>);
-}
-
-TEST(XStringUse, IsPrintedInAscii)
-{
-    EXPECT_EQ(testing::PrintToString(CXTString<char>("a\"\\\n\x80z")), R"("a\"\\\n\x80z")");
-    CXTString<wchar_t> const wide = std::wstring(L"a\t\u00E9\u20AC").append(1, L'\0');
-    EXPECT_EQ(testing::PrintToString(wide), R"("a\t\xE9\x{20AC}\0")");
 }

@@ -163,21 +163,6 @@ TEST(CodePages, TextIsTheSumOfItsCharacters)
     }
 }
 
-TEST(CodePages, AnsiPageCanBeReplaced)
-{
-    unsigned int const system_page = get_ansi_code_page();
-    EXPECT_TRUE(is_code_page(system_page));
-    EXPECT_TRUE(set_ansi_code_page(1251));
-    EXPECT_EQ(decode(0, "\xC3"), L"\x0413");
-    EXPECT_EQ(encode(3, L"\x0413"), "\xC3");
-    for (unsigned int const unusable : { 4U, 12345U, 37U, 65000U, 3U, 1U }) {
-        EXPECT_FALSE(set_ansi_code_page(unusable)) << unusable;
-        EXPECT_EQ(get_ansi_code_page(), 1251U);
-    }
-    EXPECT_TRUE(set_ansi_code_page(0));
-    EXPECT_EQ(get_ansi_code_page(), system_page);
-}
-
 TEST(CodePages, SizesOutsideIntFail)
 {
     for (unsigned int const page : { 1252U, 65001U }) {

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 // What exists on Linux only: the ANSI page that follows from the locale, and the pages that go
 // through a converter.
-#include "kortools/platform/posix/code_page_catalog.h"
 #include "tests/platform/code_page_support.h"
 #include "tests/support/child_process.h"
 #include "tests/support/temp_folder.h"
 
 #include <clocale>
 #include <cstdlib>
-#include <map>
 
 using namespace kortools::platform;
 using kor_test::decode;
@@ -38,15 +36,6 @@ TEST(NativeCodePages, AnsiPageFollowsTheUsersLocale)
     if (std::system(command.c_str()) != 0)
         GTEST_SKIP() << "no sources of locales to make one from";
     EXPECT_EQ(kor_test::run_child("has_ansi_page", { "kor_DE", "28591", path }), 0);
-}
-
-TEST(NativeCodePages, CharsetsAreFoundInAnySpelling)
-{
-    std::map<char const *, unsigned> const pages = { { "ISO-8859-15", 28605 },
-        { "iso8859_2", 28592 }, { "KOI8-R", 20866 }, { "EUC-JP", 51932 }, { "CP1251", 1251 },
-        { "ANSI_X3.4-1968", 65001 }, { "UTF-8", 65001 }, { "GEORGIAN-PS", 65001 }, { "", 65001 } };
-    for (auto const &[charset, page] : pages)
-        EXPECT_EQ(find_charset_page(charset), page) << charset;
 }
 
 // And what a byte decodes to is encoded as that byte, or as another one of the same meaning.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What exists on Linux only: paths that are mapped to the native tree, and its kinds of files.
 #include "kortools/platform/file_system.h"
-#include "kortools/platform/known_folders.h"
 #include "kortools/platform/os_error.h"
 #include "kortools/platform/posix/path_mapping.h"
 #include "tests/support/temp_folder.h"
@@ -192,19 +191,4 @@ TEST(NativeFiles, InterruptedAndPartialTransfersAreCompleted)
     received.pop_back();
     EXPECT_TRUE(received == sent);
     close_file(to_handle(ends[0]));
-}
-
-TEST(NativeFiles, UserDataLiesWhereTheEnvironmentSays)
-{
-    auto const folder_with = [](char const *data, char const *home) {
-        data != nullptr ? setenv("XDG_DATA_HOME", data, 1) : unsetenv("XDG_DATA_HOME");
-        home != nullptr ? setenv("HOME", home, 1) : unsetenv("HOME");
-        return get_user_data_folder();
-    };
-    std::string const home = getenv("HOME") != nullptr ? getenv("HOME") : "/";
-    EXPECT_EQ(folder_with("/d/\xC3\xA9//", "/h"), L"C:\\d\\\u00E9");
-    EXPECT_EQ(folder_with("relative", "/h"), L"C:\\h\\.local\\share");
-    EXPECT_EQ(folder_with(nullptr, "/"), L"C:\\.local\\share");
-    EXPECT_EQ(folder_with("", nullptr).substr(0, 3), L"C:\\") << "of the account";
-    folder_with(nullptr, home.c_str());
 }

@@ -111,24 +111,6 @@ TEST(ShellPaths, TwoPathsGiveTheRecordedResults)
     }
 }
 
-TEST(ShellPaths, TheRootIsWhereRemovingNamesComesTo)
-{
-    for (unsigned number = 0; number < 1U << 16; ++number) {
-        std::wstring path; // all of eight characters
-        for (unsigned i = 0; i < 16; i += 2)
-            path += L"\\a:."[number >> i & 3];
-        std::wstring_view rest = path;
-        bool is_root = portable::is_root_path(rest);
-        for (bool goes_on = true; goes_on && !is_root; is_root = portable::is_root_path(rest)) {
-            PathCut const cut = portable::remove_file_spec(rest);
-            goes_on = cut.is_done;
-            rest = rest.substr(0, cut.length);
-        }
-        PathCut const root = portable::strip_to_root(path);
-        ASSERT_TRUE(root.length == rest.size() && root.is_done == is_root) << number;
-    }
-}
-
 TEST(ShellPaths, LengthsCountUtf16Units)
 {
     std::wstring const root = L"C:\\";
@@ -151,15 +133,4 @@ TEST(ShellPaths, LengthsCountUtf16Units)
     EXPECT_EQ(result.length, 81 * 3 + 14U);
     EXPECT_FALSE(portable::make_relative_path({ deep + L"d\\d", true }, { near, false }, result));
     EXPECT_EQ(result.length, 0U);
-}
-
-TEST(ShellPaths, ANetworkPathIsOnAShareOrAMappedDrive)
-{
-    EXPECT_TRUE(system_paths::is_network_path(L"\\\\server\\share\\a"));
-    EXPECT_FALSE(system_paths::is_network_path(L"C:\\a"));
-    EXPECT_FALSE(system_paths::is_network_path(L"a"));
-    kortools::platform::map_drive(L'N', "/");
-    EXPECT_FALSE(system_paths::is_network_path(L"N:\\a")) << "the drive is one of this machine";
-    kortools::platform::map_drive(L'N', "");
-    EXPECT_FALSE(system_paths::is_network_path(L"N:\\a")) << "there is no such drive";
 }

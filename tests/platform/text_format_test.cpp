@@ -235,16 +235,6 @@ TEST(TextFormat, TextConvertsByTheLocale)
     }
 }
 
-TEST(TextFormat, DecimalPointIsThatOfTheLocale)
-{
-    // Not every system has one of these; Windows does.
-    ScopedLocale const locale { "fr_FR.UTF-8", "de_DE.UTF-8", "French_France.1252" };
-    std::string const point = std::localeconv()->decimal_point;
-    EXPECT_EQ(narrow("%.2f|%8.1e|%#.0f|%g", 1.5, 0.25, 2.0, 3.0),
-        "1" + point + "50| 2" + point + "5e-01|2" + point + "|3");
-    EXPECT_EQ(wide(L"%.1f", 1.5), L"1" + std::wstring(point.begin(), point.end()) + L"5");
-}
-
 TEST(TextFormat, ResultIsCutAtEveryCapacity)
 {
     wchar_t const *const text = L"a%5d|%-6ls|%#x%.3f%%";

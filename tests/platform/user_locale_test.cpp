@@ -33,15 +33,4 @@ TEST(UserLocale, IsTheFirstOfThreeVariablesThatIsNotEmpty)
     EXPECT_EQ(format_time_of_day(summer), L"14:05 PM");
 }
 
-TEST(UserLocale, LocalesWithoutATableOfTheirOwnHaveLongYearsAndPlainDigits)
-{
-    EXPECT_EQ(format_date(summer, DateLength::Short, "de_LU"), L"05.07.2024");
-    EXPECT_EQ(format_date(summer, DateLength::Long, "fr_BE@euro"), L"vendredi 5 juillet 2024");
-    EXPECT_EQ(format_date(summer, DateLength::Short, "fr"), L"05/07/2024");
-    EXPECT_EQ(format_time_of_day(summer, "en_AU"), L"14:05 pm");
-    EXPECT_EQ(format_time_of_day(summer, "ar_EG.UTF-8").find(L"14:05"), 0U);
-    EXPECT_EQ(format_date({ 2023, 2, 29 }, DateLength::Long, "de_LU"), L"");
-    EXPECT_FALSE(format_date(summer, DateLength::Long, "sr_RS@latin").empty());
-}
-
 } // namespace

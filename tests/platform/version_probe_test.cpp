@@ -134,14 +134,3 @@ TEST(VersionProbe, TakesItsProcessAlongWhenTheHostDies)
     host.kill();
     EXPECT_TRUE(is_gone(process));
 }
-
-TEST(VersionProbe, SurvivesAHelperThatIsNone)
-{
-    for (char const *const program : { "/no/such/program", "/bin/true" }) {
-        VersionProbe probe;
-        platform::set_probe_program(program);
-        ProbeAnswer const answer = probe.ask(L"C:\\any.dll", "any", long_ms);
-        EXPECT_EQ(answer.result, ProbeResult::NoHelper);
-        EXPECT_EQ(answer.text, program);
-    }
-}

@@ -232,36 +232,3 @@ TEST(OldCustomData, HasTextsAsWideAsItsStreams)
     }
     kortools::platform::set_ansi_code_page(0);
 }
-
-TEST(OldCustomData, NestsOldRecordsAndBlocks)
-{
-    std::string const records = record(5, "\7\0\0"s + '\0', 0);
-    unsigned number = 0;
-    OpenCustomData present;
-    CCustomData inner, old;
-    present.set(1, four("CDAT"), records);
-    present.set(2, four("CDAT"), records.substr(0, 13));
-    EXPECT_TRUE(present.GetCustomData(1, inner) && inner.GetUInt(5, number) && number == 7);
-    EXPECT_FALSE(present.GetCustomData(2, inner) || inner.HasData());
-    ASSERT_EQ(read_stream(old_stream("CUST", record(1, records, 0)), old), CXFileException::none);
-    EXPECT_TRUE(old.GetCustomData(1, inner) && inner.GetUInt(5, number) && number == 7);
-}
-
-TEST(OldCustomData, StaysReadableInCopiesAndNowhereElse)
-{
-    CCustomData old, merged, picked;
-    read_stream(old_stream("CUST", record(1, "\7\0\0"s + '\0', 0)), old);
-    merged.SetChar(2, 1);
-    merged.Copy(&old, CCustomData::copyMerge);
-    picked.CopyID(&old, 1);
-    CCustomData replaced(old);
-    unsigned number = 0;
-    for (CCustomData const *const copy : { &replaced, &merged, &picked })
-        EXPECT_TRUE(copy->GetUInt(1, number) && number == 7);
-    replaced.RemoveAll();
-    replaced.SetInt(1, 1);
-    EXPECT_FALSE(replaced.GetUInt(1, number));
-    OpenCustomData any; // four blanks match themselves only, outside of old containers
-    any.set(1, four("    "), "abcd");
-    EXPECT_FALSE(any.GetUInt(1, number));
-}

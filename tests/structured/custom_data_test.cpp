@@ -4,7 +4,6 @@
 #include "tests/structured/custom_data_support.h"
 
 #include <atomic>
-#include <chrono>
 #include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
@@ -174,20 +173,6 @@ TEST(CustomData, ChecksumsAreComparableWithStoredOnes)
     EXPECT_EQ(data.GetChecksum(2), 0xD171272AU);
 }
 
-TEST(CustomData, TheTimeStampIsThatOfTheLastStructuralChange)
-{
-    CCustomData data;
-    data.SetInt(1, 1);
-    unsigned long long const before = data.GetTimeStamp(); // in milliseconds
-    std::this_thread::sleep_for(std::chrono::milliseconds(40));
-    data.SetUInt(1, 3); // the same size
-    data.RemoveCustom(9);
-    data.FreeExtra();
-    EXPECT_EQ(data.GetTimeStamp(), before);
-    data.SetChar(1, 3);
-    EXPECT_GE(data.GetTimeStamp(), before + 20);
-}
-
 // --- Several containers
 
 TEST(CustomData, CopiesReplaceOrMerge)
@@ -212,24 +197,6 @@ TEST(CustomData, CopiesReplaceOrMerge)
     EXPECT_FALSE(target.CopyID(&merged, 77) || target.CopyID(nullptr, 3));
     std::unique_ptr<CCustomData> const copy(target.Copy());
     EXPECT_EQ(block_of(*copy), block_of(target));
-}
-
-TEST(CustomData, EqualityIsThatOfTheEntriesInWhateverOrder)
-{
-    CCustomData a, b;
-    a.SetInt(1, 1);
-    a.SetChar(2, 2);
-    b.SetChar(2, 2);
-    EXPECT_FALSE(a.IsEqual(b));
-    for (int value : { 2, 1 }) {
-        b.SetInt(1, value);
-        EXPECT_EQ(a.IsEqual(b), value == 1);
-    }
-    b.SetUInt(1, 1);
-    EXPECT_FALSE(a.IsEqual(b));
-    b.SetInt(1, 1);
-    b.ChangeID(2, 3);
-    EXPECT_FALSE(a.IsEqual(b));
 }
 
 TEST(CustomData, MayBeItsOwnArgument)
@@ -334,23 +301,4 @@ TEST(CustomData, OfEntriesWithOneIdentifierTheLastIsFoundAndAllAreRemoved)
     EXPECT_EQ(block_of(data), encode_entry(2, 7, "") + encode_entry(1, four(" BIN"), "new"));
     EXPECT_TRUE(copy.ChangeID(2, 1));
     EXPECT_EQ(block_of(copy), encode_entry(1, 7, "") + encode_entry(3, 7, "3"));
-}
-
-TEST(CustomData, DumpsItsEntriesAsText)
-{
-    CCustomData data, inner;
-    inner.SetStringList(four("LIST"), string_list({ L"a", L"b" }));
-    data.SetInt(four("STEP"), -3);
-    data.SetCustomData(1, inner);
-    data.SetBinary(four("BLOB"), "\1\xFF", 2);
-    data.SetUTCTime(four("DATE"), CXTime(1710511509LL));
-    EXPECT_EQ(data.DumpCustomData(),
-        L"STEP ( INT) : -3\n"
-        L".... (CDA2) : Sub data\n"
-        L"    LIST (USTR) : \"a\", \"b\"\n"
-        L"BLOB ( BIN) : 2 bytes 01 FF\n"
-        L"DATE (TIME) : 2024-03-15 14:05:09\n");
-    for (int i = 0; i < 1000; ++i)
-        inner.SetCustomData(1, CCustomData(inner));
-    EXPECT_LT(inner.DumpCustomData().GetLength(), 10'000);
 }

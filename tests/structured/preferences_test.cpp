@@ -3,6 +3,7 @@
 #include "kortools/data/custom_data.h"
 #include "tests/structured/custom_data_support.h"
 #include "tests/structured/preferences_support.h"
+#include "tests/support/folders.h"
 #include "tests/support/format_example.h"
 
 #include <gtest/gtest.h>
@@ -66,6 +67,19 @@ TEST_F(Preferences, TheExampleOfTheDescriptionIsWhatIsWritten)
     data.SetInt(1, 7);
     ASSERT_TRUE(data.SaveToPrefs(path.c_str(), four("WIND"), 2));
     EXPECT_EQ(only_file(), read_format_example("preferences-format.md"));
+}
+
+TEST_F(Preferences, AnEarlierFileReadsTheSameAndIsWrittenTheSame)
+{
+    std::string const golden = read_file(kor_test::data_folder() + "/preferences.bin");
+    write_file(path, golden);
+    CCustomData data;
+    CXTString<wchar_t> text;
+    ASSERT_TRUE(data.LoadFromPrefs(path.c_str(), 9, 0) && data.SaveToPrefs(path.c_str(), 9, 0));
+    ASSERT_TRUE(data.LoadFromPrefs(path.c_str(), four("WIND"), 2));
+    EXPECT_TRUE(data.GetString(four("NAME"), text) && text == L"Zo\u00EB");
+    EXPECT_TRUE(data.SaveToPrefs(path.c_str(), four("WIND"), 2));
+    EXPECT_EQ(only_file(), golden);
 }
 
 TEST_F(Preferences, AVersionIsFoundExactlyOrAsTheNextOlderOne)

@@ -56,18 +56,6 @@ TEST(TextToTime, ADateThatTheCalendarRefusesGivesTheCurrentTimeAndFalse)
     EXPECT_EQ(XGetThreadException(), nullptr);
 }
 
-TEST(FileDateString, JoinsDateAndTimeWithABlank)
-{
-    kor_test::ProcessZone const zone("UTC0");
-    CXTime const time(1721225109); // 2024-07-17 14:05:09
-    CXTString<wchar_t> const day = GetFileDateString(time, true, false);
-    CXTString<wchar_t> const clock = GetFileDateString(time, false, true);
-    EXPECT_TRUE(day.Find(L"17") >= 0 && clock.Left(6) == L" 14:05");
-    EXPECT_EQ(GetFileDateString(time), day + clock);
-    EXPECT_GT(GetFileDateString(time, true, false, true).GetLength(), day.GetLength());
-    EXPECT_EQ(GetFileDateString(time, false, false) + GetFileDateString(CXTime(-1)), L"");
-}
-
 TEST(SystemTime, RecordsAreLocalTimeAndYearsBefore1900NoDate)
 {
     kor_test::ProcessZone const zone("UTC0");

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Zones with odd rules, through the C library's zone data.
-#include "kortools/data/system_time.h"
 #include "kortools/data/xtime.h"
 #include "tests/structured/process_zone.h"
 
@@ -83,23 +82,6 @@ TEST(ZoneRules, DaylightFlagsMeanTheSameInEveryZone)
     EXPECT_EQ(fields.tm_isdst, 1);
     ASSERT_TRUE(CXTime(1705320000).GetLocalTm(&fields));
     EXPECT_EQ(fields.tm_isdst, 0);
-}
-
-TEST(ZoneRules, FileTimesAreShiftedByTheOffsetOfToday)
-{
-    kor_test::ProcessZone const zone("America/New_York");
-    std::tm now {}, then {};
-    CXTime::GetTickCount().GetLocalTm(&now);
-    CXTime time;
-    for (long long const seconds : { 1705320000LL, 1721041200LL }) { // winter and summer
-        auto const ticks = static_cast<unsigned long long>(seconds + 11644473600LL) * 10000000;
-        ASSERT_TRUE(xTimeFromFileTime(time,
-            FILETIME { static_cast<unsigned int>(ticks), static_cast<unsigned int>(ticks >> 32) },
-            -1));
-        CXTime(seconds).GetLocalTm(&then);
-        EXPECT_EQ(time - CXTime(seconds), CXDuration(now.tm_gmtoff - then.tm_gmtoff));
-    }
-    EXPECT_TRUE(!xTimeFromFileTime(time, FILETIME { 0, 0 }, -1) && time == 0); // negative
 }
 
 TEST(ZoneRules, ThreadsMayAskAtOnce)

@@ -4,11 +4,8 @@
 #include "tests/archive/archive_support.h"
 #include "tests/structured/tree_support.h"
 
-#include "kortools/platform/message_box.h"
-
 using kor_test::agrees;
 using kor_test::ArchiveEncoder;
-using kor_test::cause_of;
 using kor_test::load_bytes;
 using kor_test::number_of;
 using kor_test::store_bytes;
@@ -176,22 +173,6 @@ TEST(TreeArchive, DamagedTreesAreRefusedAndLeaveNothing)
              head().u32(4).u32(1).u32(3).u16(0), // a null object
              head().u32(4).u32(1).u32(7) })
         expect_refusal(bytes.bytes(), E::badIndex);
-}
-
-TEST(TreeArchive, FailuresAreShownUnlessTheTreeIsSilentAndThrownOn)
-{
-    static int s_messages = 0;
-    auto const old_handler = kortools::platform::set_message_box_handler(
-        [](wchar_t const *, unsigned int) { return ++s_messages; });
-    CTree tree;
-    tree.AddChild(nullptr, new TransientNode, true);
-    for (bool const silent : { true, false }) {
-        tree.SetSilent(silent);
-        EXPECT_EQ(cause_of([&] { store(tree); }), CXArchiveException::genericException);
-        EXPECT_EQ(s_messages, silent ? 0 : 1);
-        EXPECT_FALSE(tree.IsEmpty()); // storing never empties a tree
-    }
-    kortools::platform::set_message_box_handler(old_handler);
 }
 
 TEST(TreeArchive, AChainOfAMillionNodesIsNothingSpecial)
