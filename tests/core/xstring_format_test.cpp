@@ -69,21 +69,6 @@ TYPED_TEST(XStringFormat, EmptiesTheStringForABadFormatOnly)
     EXPECT_EQ(text, lit<T>(""));
 }
 
-TYPED_TEST(XStringFormat, ScansFieldsFromAnyPlace)
-{
-    using T = TypeParam;
-    CXTString<T> const text = lit<T>("size 12 x 34 ab");
-    int width = 0, height = 0;
-    T name[8] = {};
-    EXPECT_EQ(text.ScanS(lit<T>("size %d x %d %s").c_str(), &width, &height, name, 8u), 3);
-    EXPECT_TRUE(width == 12 && height == 34 && name == lit<T>("ab"));
-    EXPECT_EQ(text.ScanS(10, lit<T>("%d %s").c_str(), &width, name, 2u), 1); // name is too small
-    EXPECT_EQ(width, 34);
-    for (int const start : { -1, 15, 99 })
-        EXPECT_EQ(text.ScanS(start, lit<T>("%d").c_str(), &width), -1) << start;
-    EXPECT_EQ(text.ScanS(static_cast<T const *>(nullptr)), 0);
-}
-
 TEST(XStringConversion, GoesThroughTheAnsiCodePage)
 {
     struct {

@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <cstring>
-#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <random>
@@ -151,16 +150,6 @@ TEST(CustomData, NothingOfSizeZeroAndNoArrayBeyondABlockIsStored)
     EXPECT_EQ(data.GetDataKindOf(1), four(" INT"));
     EXPECT_FALSE(data.SetArray(2, "", 1, 0xFFFFFFD0)); // fits alone, but not beside the other
     EXPECT_EQ(data.GetIDCount(), 1U);
-    std::function<void()> const setters[]
-        = { [&] { data.SetBinary(1, "", 0); }, [&] { EXPECT_TRUE(data.SetArray(1, "", 0, 4)); },
-              [&] { data.SetStringArray(1, CCustomData::StringArray()); },
-              [&] { data.SetStringList(1, CStringList()); },
-              [&] { data.SetCustomData(1, CCustomData()); } };
-    for (auto const &set : setters) {
-        data.SetInt(1, 1);
-        set();
-        EXPECT_EQ(block_of(data), "");
-    }
 }
 
 TEST(CustomData, ChecksumsAreComparableWithStoredOnes)
@@ -219,16 +208,6 @@ TEST(CustomData, MayBeItsOwnArgument)
     void const *const own = data.GetCustomPtr(4, entrySize);
     EXPECT_TRUE(data.SerializeFromData(own, entrySize));
     EXPECT_EQ(block_of(data), before);
-    data.SetArray(5, data.GetCustomPtr(1, entrySize), 10, 2);
-    unsigned count = 0;
-    EXPECT_EQ(std::memcmp(data.GetArray(5, count, 2), data.GetCustomPtr(1, entrySize), 20), 0);
-    unsigned blockSize = 0;
-    auto *const block = static_cast<char *>(data.GetData(blockSize));
-    std::string const last = block_of(data).substr(blockSize - 36);
-    EXPECT_TRUE(data.SetData(block + blockSize - 36, 36));
-    void *const same = data.GetData(blockSize);
-    EXPECT_TRUE(data.Attach(same, blockSize));
-    EXPECT_EQ(block_of(data), last);
 }
 
 TEST(CustomData, IsUsedByThreadsAtTheSameTime)

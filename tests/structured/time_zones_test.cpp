@@ -76,12 +76,6 @@ TEST(ZoneRules, DaylightFlagsMeanTheSameInEveryZone)
             EXPECT_EQ(reading.make(dst).GetTime(), reading.results[dst + 1])
                 << reading.zone << ' ' << &reading - readings << ' ' << dst;
     }
-    kor_test::ProcessZone const dublin("Europe/Dublin");
-    std::tm fields {};
-    ASSERT_TRUE(CXTime(1721041200).GetLocalTm(&fields));
-    EXPECT_EQ(fields.tm_isdst, 1);
-    ASSERT_TRUE(CXTime(1705320000).GetLocalTm(&fields));
-    EXPECT_EQ(fields.tm_isdst, 0);
 }
 
 TEST(ZoneRules, ThreadsMayAskAtOnce)
