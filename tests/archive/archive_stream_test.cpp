@@ -154,29 +154,6 @@ TEST_P(ArchiveWindow, ClaimsBeyondTheEndFailBeforeMemoryIsTaken)
     EXPECT_EQ(cause_of([&] { archive->EnsureAvailable(1001, 0); }), Exception::endOfFile);
 }
 
-TEST_P(ArchiveWindow, FlushingALoadingArchiveHandsTheFileOver)
-{
-    set_contents("0123456789");
-    auto archive = open(CXArchive::load);
-    char byte;
-    *archive >> byte >> byte >> byte;
-    archive->Flush();
-    EXPECT_EQ(m_file->GetPosition(), 3U);
-    m_file->Seek(2, CXFile::current);
-    *archive >> byte;
-    EXPECT_EQ(byte, '5');
-    archive->Abort(); // leaves the position where reading ahead has moved it
-    EXPECT_EQ(archive->GetFile(), nullptr);
-    m_file->Seek(0, CXFile::begin);
-    archive = open(CXArchive::load);
-    *archive >> byte;
-    archive->Close();
-    EXPECT_EQ(m_file->GetPosition(), 1U);
-    EXPECT_EQ(cause_of([&] { *archive >> byte; }), Exception::genericException);
-    archive->Flush();
-    archive->Close();
-}
-
 TEST(ArchiveStream, AFileThatKeepsItsLengthToItselfIsReadInPieces)
 {
     std::u16string units;

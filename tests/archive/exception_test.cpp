@@ -2,11 +2,10 @@
 #include "kortools/archive/exception.h"
 
 #include "kortools/core/throw.h"
-#include "kortools/platform/os_error.h"
-#include "tests/archive/file_checks.h"
 #include "tests/support/child_process.h"
 #include "tests/support/temp_folder.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <filesystem>
@@ -23,8 +22,6 @@
 #include <sys/resource.h>
 #include <unistd.h>
 #endif
-
-using kortools::platform::set_last_os_error;
 
 namespace {
 
@@ -178,32 +175,5 @@ TEST(FileException, SystemErrorsGiveTheirCause)
     for (int number = -2; number < 200; ++number) {
         int const expected = causes.contains(number) ? causes.at(number) : 1;
         EXPECT_EQ(CXFileException::ErrnoToException(number), expected) << "errno " << number;
-    }
-}
-
-TEST(FileException, ThrowsTheSystemsCauseBeforeTheGivenOne)
-{
-    using File = CXFileException;
-    for (unsigned int const system : { 0U, 2U }) { // 2 is fileNotFound as an errno, too
-        for (auto const given : { File::none, File::badSeek }) {
-            for (bool const by_errno : { false, true }) {
-                int const cause = system ? 2 : given;
-                auto const call = [&](File *fill) {
-                    set_last_os_error(by_errno ? 7777 : system);
-                    if (by_errno)
-                        File::ThrowErrno(given, static_cast<int>(system), L"a.kor", fill);
-                    else
-                        File::ThrowOsError(given, L"a.kor", fill);
-                };
-                if (cause != 0)
-                    EXPECT_EQ(kor_test::cause_of<File>([&] { call(nullptr); }, L"a.kor"), cause);
-                else
-                    EXPECT_NO_THROW(call(nullptr));
-                File fill(File::diskFull, L"old.kor");
-                EXPECT_NO_THROW(call(&fill));
-                EXPECT_EQ(fill.GetCause(), cause);
-                EXPECT_EQ(fill.GetFileName(), L"a.kor");
-            }
-        }
     }
 }

@@ -85,19 +85,6 @@ TEST_F(File, OpensByItsFlags)
     }
 }
 
-TEST_F(File, SharesByItsFlags)
-{
-    m_folder.Write("file", "text");
-    for (unsigned int share = 0; share <= 0x70; share += 0x10) {
-        SCOPED_TRACE(share);
-        bool const reads = share == CXFile::shareDenyWrite || share == CXFile::shareDenyNone;
-        bool const writes = share == CXFile::shareDenyRead || share == CXFile::shareDenyNone;
-        CXFile const file(GetPath().c_str(), CXFile::modeReadWrite | share);
-        EXPECT_EQ(open_cause(GetPath().c_str(), CXFile::modeRead | 0x40), reads ? 0 : 11);
-        EXPECT_EQ(open_cause(GetPath().c_str(), CXFile::modeWrite | 0x40), writes ? 0 : 11);
-    }
-}
-
 TEST_F(File, RefusesPathsThatNameNoFile)
 {
     set_last_os_error(1234);

@@ -68,24 +68,6 @@ TEST(TextCompare, CaselessOrderIsTheRecordedOne)
             kor_test::bytes_from_hex(row[0]), kor_test::bytes_from_hex(row[1]), row);
 }
 
-TEST(TextCompare, OrderIsThatOfUtf16UnitsAndUnsignedBytes)
-{
-    // In ascending order of units; the pair D83D DE00 lies below U+FFFD though its code does not.
-    std::u16string const ascending[] = { u"", u"a", u"aB", u"ab", u"é", u"\xD83C", u"\xD83D",
-        u"\xD83Dx", u"\xD83D\xDE00", u"\xD83D\xDE00x", u"\xD83D\xDE01", u"\xD83E", u"\xFFFD" };
-    for (std::u16string const &a : ascending) {
-        for (std::u16string const &b : ascending) {
-            std::wstring const wide_a = kor_test::to_wide(a);
-            std::wstring const wide_b = kor_test::to_wide(b);
-            int const expected = sign(a.compare(b));
-            EXPECT_EQ(sign(platform::compare_ordinal(wide_a.c_str(), wide_b.c_str())), expected);
-            EXPECT_EQ(sign(platform::collate(wide_a.c_str(), wide_b.c_str())), expected);
-        }
-    }
-    EXPECT_LT(platform::compare_no_case("z", "\xE9"), 0);
-    EXPECT_LT(platform::collate("Z", "\xE9"), 0);
-}
-
 // Lengths around those of the buffers.
 void expect_no_case(wchar_t small, wchar_t capital)
 {

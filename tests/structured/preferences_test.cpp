@@ -42,24 +42,6 @@ protected:
 
 } // namespace
 
-TEST_F(Preferences, TheFormIsACountAndKeysBeforeContainers)
-{
-    CCustomData data, empty;
-    EXPECT_FALSE(data.LoadFromPrefs(path.c_str(), 7, 1));
-    EXPECT_FALSE(std::filesystem::exists(path)); // loading writes nothing
-    data.SetInt(1, 42);
-    Record const first { 7, 1, to_stream(data) };
-    Record const second { 1, 7, encode_opaque(magic, "") };
-    ASSERT_TRUE(data.SaveToPrefs(path.c_str(), 7, 1));
-    EXPECT_EQ(only_file(), encode_preferences({ first }));
-    ASSERT_TRUE(empty.SaveToPrefs(path.c_str(), 1, 7));
-    EXPECT_EQ(only_file(), encode_preferences({ first, second }));
-    ASSERT_TRUE(data.SaveToPrefs(path.c_str(), 7, 1)); // goes to the end
-    EXPECT_EQ(only_file(), encode_preferences({ second, first }));
-    EXPECT_TRUE(data.LoadFromPrefs(path.c_str(), 1, 7));
-    EXPECT_FALSE(data.HasData());
-}
-
 TEST_F(Preferences, TheExampleOfTheDescriptionIsWhatIsWritten)
 {
     CCustomData data;
