@@ -84,7 +84,8 @@ std::wstring decode(std::string_view encoded)
 {
     std::wstring text;
     std::size_t start = 0; // of what is not decoded yet
-    for (std::size_t i = encoded.find('%'); i != encoded.npos; i = encoded.find('%', i + 1)) {
+    for (std::size_t i = encoded.find('%'); i != std::string_view::npos;
+         i = encoded.find('%', i + 1)) {
         bool const is_wide = i + 1 < encoded.size() && encoded[i + 1] == 'u';
         int const value = is_wide ? read_hex(encoded, i + 2, 4) : read_hex(encoded, i + 1, 2);
         bool const is_escape
