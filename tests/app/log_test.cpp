@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 #ifndef _WIN32
-#include "tests/support/file_size_limit.h"
+#include "tests/support/posix/file_size_limit.h"
 #endif
 namespace {
 

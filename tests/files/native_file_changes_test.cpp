@@ -5,8 +5,8 @@
 #include "kortools/files/file_changes.h"
 #include "kortools/files/file_status.h"
 #include "kortools/platform/os_error.h"
-#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
+#include "tests/support/posix/file_size_limit.h"
 #include "tests/support/temp_folder.h"
 
 #include <atomic>

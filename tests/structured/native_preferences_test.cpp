@@ -2,7 +2,7 @@
 // Preferences files where Linux sets limits: full disks, other users' folders.
 #include "tests/structured/preferences_support.h"
 #include "tests/support/child_process.h"
-#include "tests/support/file_size_limit.h"
+#include "tests/support/posix/file_size_limit.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
