@@ -103,8 +103,6 @@ TEST(FaultSignals, RaisedByTheProgramAreThrownByTheCall)
     CloseKorTools(korFaultSignals);
 }
 
-#endif
-
 // Whether the signal is ignore()'s, as it was given.
 bool is_own()
 {
@@ -112,10 +110,34 @@ bool is_own()
     std::signal(SIGFPE, present);
     return present == ignore;
 }
+void give_to_own()
+{
+    std::signal(SIGFPE, ignore);
+}
+
+#else
+
+bool is_own()
+{
+    struct sigaction present { };
+    sigaction(SIGFPE, nullptr, &present);
+    return present.sa_handler == ignore && (present.sa_flags & SA_NODEFER) != 0
+        && sigismember(&present.sa_mask, SIGUSR1) == 1;
+}
+void give_to_own()
+{
+    struct sigaction action { };
+    action.sa_handler = ignore;
+    action.sa_flags = SA_NODEFER;
+    sigaddset(&action.sa_mask, SIGUSR1);
+    sigaction(SIGFPE, &action, nullptr);
+}
+
+#endif
 
 TEST(FaultSignals, AreLeftAloneWithoutTheFlagAndGivenBackAsTheyWere)
 {
-    std::signal(SIGFPE, ignore);
+    give_to_own();
     InitKorTools(korFileTypes);
     EXPECT_TRUE(is_own());
     CloseKorTools(korFaultSignals | korFileTypes); // were never taken

@@ -10,21 +10,33 @@
 #include "kortools/archive/exception.h"
 #include "kortools/files/file_types.h"
 #include "kortools/files/plugins.h"
-#include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 
 #include <cerrno>
 #include <cstdio>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <utility>
 
 #ifdef _WIN32
 #include <cstring>
+#include <windows.h>
+
+#include <psapi.h>
+#else
+#include <malloc.h>
 #endif
 
 namespace {
+
+std::string read(std::wstring const &path)
+{
+    std::ifstream file { std::filesystem::path(path) };
+    return { std::istreambuf_iterator<char>(file), {} };
+}
 
 TEST(Start, OnlyTheFirstOneCountsUntilTheEnd)
 {
@@ -45,7 +57,7 @@ TEST(Start, OnlyTheFirstOneCountsUntilTheEnd)
 
     CloseBrantisApplication(korAllState);
     EXPECT_FALSE(IsLogFileEnabled());
-    std::string const written = kor_test::read_file(log);
+    std::string const written = read(log);
     std::string const line = "InitBrantisApplication\n" + std::to_string(OMPGetMaxThreadCount())
         + " core will be used by default (use OMPSetMaxThreadCount, or define OMP_NUM_THREADS under"
           " linux, to change the behavior)\nstill the first\n";
@@ -56,7 +68,7 @@ TEST(Start, OnlyTheFirstOneCountsUntilTheEnd)
     EXPECT_EQ(GetApplicationMainThreadID(), CXThread::GetCurrentThreadID());
     EXPECT_TRUE(IsLogFileEnabled());
     CloseBrantisApplication();
-    EXPECT_NE(kor_test::read_file(other).find("core will be used"), std::string::npos);
+    EXPECT_NE(read(other).find("core will be used"), std::string::npos);
 }
 
 TEST(Start, TheRegistryOfFileTypesComesAndGoesWithItsFlag)
@@ -138,6 +150,53 @@ TEST(ExitCallbacks, MayChangeTheTableEndAgainAndThrow)
     EXPECT_EQ(get_calls(), "*b");
     EXPECT_EQ(XGetThreadException(), nullptr);
     EXPECT_EQ(get_calls(), "n"); // what was added by a callback waits for the next end
+}
+
+// Bytes on the heap (0 where they cannot be counted) and open handles.
+std::pair<std::size_t, std::size_t> count_resources()
+{
+#ifdef _WIN32
+    DWORD handles = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &handles);
+    std::size_t bytes = 0;
+    _HEAPINFO info {};
+    while (_heapwalk(&info) == _HEAPOK)
+        bytes += info._useflag == _USEDENTRY ? info._size : 0;
+    return { bytes, handles };
+#else
+    auto const handles = std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    return { mallinfo2().uordblks, static_cast<std::size_t>(handles) };
+#endif
+}
+
+void start_and_end(wchar_t const *log)
+{
+    constexpr unsigned int all
+        = korFileTypes | korFaultSignals | korInvalidParameters | korAllState;
+    InitBrantisApplication("Viewer", L"C:\\Apps\\Viewer.exe", all, log);
+    AddApplicationExitCallback([] { XSetThreadException(new CXUserException); }, 1);
+    SetInternalProductName(L"A name that does not fit a string by itself", 16);
+    GetCommonApplicationDataPath();
+    fileGetClass(L"a.bmp");
+    CloseBrantisApplication(all);
+}
+
+void start_and_end_often(int count)
+{
+    TempFolder folder;
+    std::wstring const log = folder.GetFile(L"start.log");
+    for (int i = 0; i < count; ++i)
+        start_and_end(i % 100 == 0 ? log.c_str() : nullptr);
+}
+
+TEST(Start, AThousandTimesLeaksNothing)
+{
+    start_and_end_often(500); // until the heap has filled its caches
+    auto const before = count_resources();
+    start_and_end_often(1000);
+    auto const after = count_resources();
+    EXPECT_LT(after.first, before.first + 24000); // no block takes less than 24 bytes
+    EXPECT_LE(after.second, before.second);
 }
 
 } // namespace

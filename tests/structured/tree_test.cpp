@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/structured/tree_support.h"
 
+#include <iterator>
+
 using kor_test::agrees;
 using kor_test::number_of;
 using kor_test::TreeModel;
@@ -164,6 +166,22 @@ TEST(Tree, QueriesAgreeWithTheModel)
     }
 }
 
+//  1 - 2, 3 - 4;  5
+TEST(Tree, TheNextNodeStopsAtTheBoundOnlyWhereItWouldReturnItOrClimbsToIt)
+{
+    TreePair pair(1);
+    for (int const above : { 0, 1, 1, 3, 0 })
+        pair.add(above, true);
+    constexpr int cases[][3] = { { 1, 1, 2 }, { 2, 2, 3 }, // node, bound, next: child and sibling
+        { 4, 4, -1 }, { 1, 2, -1 }, { 2, 3, -1 }, { 4, 5, -1 }, // it would be the bound
+        { 4, 3, -1 }, { 4, 2, -1 },                             // climbs to it, to its parent
+        { 4, 0, 5 }, { 5, 0, -1 }, { 5, 1, -1 } };
+    for (auto const &[node, bound, next] : cases)
+        EXPECT_EQ(number_of(pair.tree.GetNextNode(pair.node(node), pair.node(bound))), next)
+            << node << ' ' << bound;
+    EXPECT_EQ(number_of(pair.tree.GetNextNode(nullptr)), 1);
+}
+
 TEST(Tree, CopiesAreWholeOrNothing)
 {
     TreePair pair(9, 60);
@@ -184,6 +202,32 @@ TEST(Tree, CopiesAreWholeOrNothing)
     CTreeNode *const plain_copy = CTree::CopyNode(&plain);
     EXPECT_TRUE(plain_copy->GetFlags() == 4 && *plain_copy == plain);
     plain_copy->DeleteNode();
+}
+
+TEST(Tree, DeletedNodesCanBeCollected)
+{
+    TreePair pair(3, 50);
+    TreeModel &model = pair.model;
+    int const top = model.below(0).front();
+    std::vector<int> expected { top };
+    std::ranges::copy(model.numbers(top), std::back_inserter(expected));
+    CXArray<CTreeNode *> deleted;
+    ASSERT_TRUE(pair.tree.DeleteNode(pair.node(top), &deleted));
+    model.remove(top);
+    EXPECT_TRUE(agrees(pair.node(top), model, top));
+    std::ranges::copy(model.numbers(0), std::back_inserter(expected));
+    pair.tree.DeleteAll(true, &deleted);
+    EXPECT_TRUE(pair.tree.IsEmpty());
+    std::vector<int> found;
+    for (CTreeNode *const node : deleted) {
+        found.push_back(number_of(node));
+        node->DeleteNode();
+    }
+    EXPECT_EQ(found, expected);
+    NumberNode kept(1);
+    pair.tree.AddChild(nullptr, &kept, true);
+    pair.tree.DeleteAll(false);
+    EXPECT_TRUE(pair.tree.IsEmpty() && !kept.GetParent());
 }
 
 int compare_by_tens(void *user, void const *a, void const *b)
@@ -230,6 +274,22 @@ TEST(Tree, ACallbackThatContradictsItselfOrThrowsLosesNoNode)
     };
     pair.tree.Sort(nullptr, random, &pair.random, true);
     EXPECT_EQ(pair.tree.GetChildNbr(nullptr, true), 200);
+}
+
+TEST(Tree, WhatWouldMoveTheRootOrMakeACircleChangesNothing)
+{
+    TreePair pair(1);
+    pair.add(0, true);
+    pair.add(1, true);
+    CTree &tree = pair.tree;
+    EXPECT_FALSE(tree.AddChild(pair.node(2), pair.node(1), true));
+    EXPECT_FALSE(tree.AddChild(nullptr, tree.GetRoot(), true));
+    EXPECT_FALSE(tree.AddChild(nullptr, nullptr, true));
+    EXPECT_FALSE(tree.MoveRight(tree.GetRoot(), pair.node(2)));
+    EXPECT_FALSE(tree.ReplaceNode(pair.node(1), pair.node(2)));
+    EXPECT_FALSE(tree.ReplaceNode(tree.GetRoot(), pair.node(2)));
+    EXPECT_TRUE(!tree.DeleteNode(tree.GetRoot()) && !CTree::RemoveNode(tree.GetRoot()));
+    EXPECT_TRUE(agrees(tree.GetRoot(), pair.model, 0));
 }
 
 } // namespace
