@@ -19,7 +19,9 @@ std::string read(wchar_t const *name)
 {
     std::string const native
         = kortools::platform::to_native_path(GetUserApplicationDataPath() + name);
-    return kor_test::read_file(std::u8string(native.begin(), native.end()));
+    std::string text = kor_test::read_file(std::u8string(native.begin(), native.end()));
+    std::erase(text, '\r'); // of the system's line ends
+    return text;
 }
 
 TEST(EventLog, HasALineForEachMessageToAWindowOfTheThread)
