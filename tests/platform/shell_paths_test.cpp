@@ -4,7 +4,11 @@
 #include "kortools/platform/file_system.h"
 #include "tests/support/oracle.h"
 
+#include <cctype>
 #include <gtest/gtest.h>
+#include <initializer_list>
+#include <iterator>
+#include <random>
 #include <string>
 
 namespace system_paths = kortools::platform;
@@ -108,6 +112,144 @@ TEST(ShellPaths, TwoPathsGiveTheRecordedResults)
                 checker.check(is_done, relative.view());
             }
         }
+    }
+}
+
+namespace {
+
+constexpr int corpus_size = 40000;
+
+// Paths from pieces that mean something to one rule or another.
+class PathGenerator {
+public:
+    std::wstring make_path()
+    {
+        std::wstring path = pick({ L"", L"", L"C:", L"C:\\", L"\\", L"\\\\", L"\\\\server\\share\\",
+            L"http:", L"\\\\?\\C:\\", L"..\\", L"c:/" });
+        for (unsigned rest = pick_number(8); rest > 0; --rest) {
+            path += pick(
+                { L"a", L"B", L"dir.d", L"x.y.z", L" ", L".", L"..", L"...", L"\u00E9t\u00E9", L"*",
+                    L"?", L"-", L":", L"D:", L"\U0001F600", L"\u8868", L"a long name" });
+            path += pick({ L"", L"\\", L"\\", L"\\", L"\\", L"\\\\", L"/", L"\\..\\", L"\\.\\" });
+        }
+        return pick_number(50) == 0 ? path + std::wstring(pick_number(300), L'q') : path;
+    }
+    // Names have three letters or more: Wine reads behind a common part of two.
+    std::wstring make_plain_path(std::wstring path)
+    {
+        for (unsigned rest = pick_number(6); rest > 0; --rest)
+            path += pick({ L"dir\\", L"DIR\\", L"Dir.x\\", L"\u00E9t\u00E9\\", L"a b\\" });
+        return path + pick({ L"", L"fil", L"F.e" });
+    }
+    wchar_t const *pick(std::initializer_list<wchar_t const *> choices)
+    {
+        return choices.begin()[m_random() % choices.size()];
+    }
+    unsigned pick_number(unsigned limit) { return static_cast<unsigned>(m_random()) % limit; }
+
+private:
+    std::mt19937 m_random { 1 };
+};
+
+// Where Wine answers otherwise than the rules, or versions of the system do; no such path is
+// recorded.
+enum Oddity : unsigned {
+    verbatim = 1, // "\\?\"
+    drive = 2,    // a letter that is none, or no letter
+    share = 4,    // "\\server\" is a root for Wine
+    colons = 8,   // what follows is skipped
+    server = 16,  // "\\" is left of it
+    size = 32,    // 260 characters are accepted
+    dots = 64     // "..a" is "..", which stays in front, as "\." at the end; or ".." in a share
+};
+
+bool has_odd_dots(std::wstring_view path)
+{
+    for (std::size_t at = path.find(L".."); at != path.npos; at = path.find(L"..", at + 1)) {
+        bool const begins = at == 0 || path[at - 1] == L'\\';
+        bool const ends = at + 2 == path.size() || path[at + 2] == L'\\';
+        if (begins && (!ends || at == 0))
+            return true;
+    }
+    PathText canonical;
+    portable::canonicalize_path(path, canonical);
+    bool const is_unc = path.starts_with(L"\\\\") || canonical.view().starts_with(L"\\\\");
+    return path.starts_with(L".\\") || path.find(L":.\\") != path.npos || path.ends_with(L'.')
+        || canonical.view().ends_with(L'.')
+        || (is_unc && (path.find(L"\\.") != path.npos || path.starts_with(L"\\\\.")));
+}
+
+unsigned get_oddities(std::wstring_view path)
+{
+    bool const has_colon = path.size() >= 2 && path[1] == L':';
+    bool const has_letter = has_colon && path[0] < 0x80 && std::isalpha(static_cast<int>(path[0]));
+    bool const is_odd_drive
+        = has_colon != has_letter || path.starts_with(L":\\") || path.find(L"\\:\\") != path.npos;
+    bool const is_unc = path.starts_with(L"\\\\");
+    std::size_t const end = is_unc ? path.find(L'\\', 2) : path.npos;
+    bool const has_empty_share
+        = end != path.npos && (end == 2 || end + 1 == path.size() || path[end + 1] == L'\\');
+    return (path.starts_with(L"\\\\?\\") ? verbatim : 0U) | (is_odd_drive ? drive : 0U)
+        | (has_empty_share ? share : 0U) | (path.find(L"::") != path.npos ? colons : 0U)
+        | (is_unc && end == path.npos ? server : 0U)
+        | (path.size() >= kortools::platform::max_path_units ? size : 0U)
+        | (has_odd_dots(path) ? dots : 0U);
+}
+
+} // namespace
+
+TEST(ShellPaths, TheSystemAgreesOnTensOfThousandsOfPaths)
+{
+    constexpr unsigned question_oddities[]
+        = { 0, verbatim, verbatim | share, drive, verbatim | drive | share };
+    constexpr unsigned cut_oddities[] = { verbatim | drive | share | colons, colons | server };
+    PathGenerator generator;
+    Functions const &own = both[0], &system = both[1];
+    int canonical_paths = 0;
+    for (int i = 0; i < corpus_size && !testing::Test::HasFailure(); ++i) {
+        std::wstring const path = generator.make_path();
+        SCOPED_TRACE(testing::PrintToString(path));
+        unsigned const oddities = get_oddities(path);
+        EXPECT_EQ(system.find_file_name(path), own.find_file_name(path));
+        EXPECT_EQ(system.find_extension(path), own.find_extension(path));
+        for (std::size_t at = 0; at < std::size(question_oddities); ++at) {
+            EXPECT_TRUE((oddities & question_oddities[at]) != 0
+                || system.questions[at](path) == own.questions[at](path))
+                << at;
+        }
+        for (std::size_t at = 0; at < std::size(cut_oddities); ++at) {
+            EXPECT_TRUE(
+                (oddities & cut_oddities[at]) != 0 || system.cuts[at](path) == own.cuts[at](path))
+                << at;
+        }
+        if ((oddities & (verbatim | drive | size | dots)) == 0) {
+            PathText results[2];
+            ++canonical_paths;
+            EXPECT_EQ(system.canonicalize(path, results[0]), own.canonicalize(path, results[1]));
+            EXPECT_EQ(results[0].view(), results[1].view());
+        }
+    }
+    EXPECT_GT(canonical_paths, corpus_size / 3);
+}
+
+TEST(ShellPaths, TheSystemAgreesOnTensOfThousandsOfRelativePaths)
+{
+    PathGenerator generator;
+    for (int i = 0; i < corpus_size && !testing::Test::HasFailure(); ++i) {
+        auto const make_root = [&] {
+            return generator.pick({ L"C:\\", L"c:\\", L"\\\\s\\h\\", L"\\", L"", L"D:\\" });
+        };
+        wchar_t const *const root = make_root();
+        std::wstring const start = generator.make_plain_path(root);
+        std::wstring const target
+            = generator.make_plain_path(generator.pick_number(4) == 0 ? make_root() : root);
+        PathEnd const from { start, generator.pick_number(2) == 0 };
+        PathEnd const to { target, generator.pick_number(2) == 0 };
+        PathText results[2];
+        EXPECT_EQ(both[1].make_relative(from, to, results[1]),
+            both[0].make_relative(from, to, results[0]));
+        EXPECT_EQ(results[1].view(), results[0].view())
+            << testing::PrintToString(start) << testing::PrintToString(target);
     }
 }
 
