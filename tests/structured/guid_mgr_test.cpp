@@ -127,6 +127,22 @@ TEST(GuidMgr, AgreesWithAModelWhereEverythingClashes)
     }
 }
 
+TEST(GuidMgr, AMillionOfMixedClassesThatClashAreNoTrouble)
+{
+    CGuidMgr manager(1);
+    constexpr Guid wanted = 0x5000000000;
+    for (unsigned i = 0; i < 500000; ++i) {
+        ASSERT_EQ(manager.GetNewGuid(wanted, i % 5), wanted + i); // all of them want the same one
+        ASSERT_NE(manager.GetNewGuid(i % 2 ? CGuidMgr::fresh : wanted / 2 + i / 3, i % 7), 0U);
+    }
+    for (Guid i = 200000; i < 300000; i += 2) {
+        ASSERT_TRUE(manager.ReleaseGuid(wanted + i));
+        ASSERT_EQ(manager.GetNewGuid(wanted, 6), wanted + i);
+        ASSERT_EQ(manager.GetGuidClass(wanted + i), 6U);
+    }
+    EXPECT_EQ(manager.GetCount(), 1000000U);
+}
+
 TEST(GuidMgr, HashesAreThoseOfFilesWrittenBefore)
 {
     CGuidMgr manager(5);

@@ -18,7 +18,7 @@ namespace {
 constexpr int kills = 20; // a process takes long to start
 constexpr unsigned saves = 100;
 #else
-constexpr int kills = 100;
+constexpr int kills = 300;
 constexpr unsigned saves = 500;
 #endif
 
