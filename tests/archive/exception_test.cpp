@@ -2,6 +2,7 @@
 #include "kortools/archive/exception.h"
 
 #include "kortools/core/throw.h"
+#include "kortools/platform/message_box.h"
 #include "tests/support/child_process.h"
 #include "tests/support/temp_folder.h"
 
@@ -151,6 +152,20 @@ TEST(Exception, ExhaustedMemoryIsReportedWithoutMemory)
     EXPECT_EXIT(throw_without_memory(), testing::ExitedWithCode(0), "");
 }
 #endif
+
+TEST(Exception, ReportsItsMessageInABoxUnlessItIsEmpty)
+{
+    static std::wstring s_shown;
+    auto *const before
+        = kortools::platform::set_message_box_handler([](wchar_t const *text, unsigned int flags) {
+              s_shown += std::to_wstring(flags) + text;
+              return 1;
+          });
+    EXPECT_TRUE(CXUserException(L"told").ReportError(0x10));
+    EXPECT_FALSE(CXUserException().ReportError());
+    EXPECT_EQ(s_shown, L"16told");
+    kortools::platform::set_message_box_handler(before);
+}
 
 TEST(FileException, SystemErrorsGiveTheirCause)
 {

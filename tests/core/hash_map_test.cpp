@@ -3,6 +3,7 @@
 
 #include "kortools/core/ex_lc_string.h"
 #include "kortools/core/hash_table.h"
+#include "kortools/core/int_map.h"
 #include "kortools/core/xstring.h"
 #include "tests/core/hash_model.h"
 #include "tests/support/oracle.h"
@@ -226,6 +227,27 @@ TEST(HashMap, LiesInMemoryAsDocumented)
     unsigned const *const slot = header.slots + 16 * 3; // key, value and state
     EXPECT_TRUE(slot[0] == 1 && slot[1] == 100 && slot[2] == 0);
     EXPECT_TRUE(header.slots[32 % 29 * 3 + 2] == 2 && header.slots[2] == 1);
+}
+
+TEST(HashMap, IteratesInEachForm)
+{
+    CIntMap map;
+    map.Insert(1, 10);
+    map.Insert(2, 20); // slot 9; slot 16 has key 1
+    unsigned pos = map.GetFirst();
+    int key = 0, value = 0;
+    EXPECT_EQ(map.GetNext(pos, key)++, 20);
+    EXPECT_TRUE(key == 2 && pos == 16);
+    map.GetNext(pos = 9, key, value);
+    EXPECT_EQ(value, 21);
+    int *pointer;
+    map.GetNext(pos, key, pointer);
+    EXPECT_TRUE(key == 1 && *pointer == 10 && pos == none);
+    map.GetNext(pos = 9, pointer);
+    EXPECT_EQ(*pointer, 21);
+    map.GetNext(pos, &key, nullptr);
+    map.GetNext(pos = 9, nullptr, &value);
+    EXPECT_TRUE(key == 1 && value == 21);
 }
 
 TEST(HashMap, GivesNothingForPositionsWithoutEntry)

@@ -3,6 +3,7 @@
 #include "kortools/core/xstring.h"
 #include "tests/core/xstring_support.h"
 #include "tests/support/ansi_page.h"
+#include "tests/support/thread_language.h"
 
 #include <cstdarg>
 #include <gtest/gtest.h>
@@ -52,6 +53,33 @@ TYPED_TEST(XStringFormat, FormatsTextOfAnyLength)
         text.Format(text, length);
         ASSERT_EQ(text.Mid(4 * length), number);
     }
+}
+
+TYPED_TEST(XStringFormat, LoadsFormatsByTheirNumber)
+{
+    using T = TypeParam;
+    constexpr unsigned int gigabytes_format = 5230; // "%.2f Gb"
+    ThreadLanguage const language(kortools::text::english);
+    CXTString<T> text;
+    text.Format(gigabytes_format, 1.5);
+    text.AppendFormat(gigabytes_format, 0.25);
+    EXPECT_EQ(text, lit<T>("1.50 Gb0.25 Gb"));
+    EXPECT_FALSE(text.LoadString(0xFFFFFFFF));
+    EXPECT_TRUE(text.IsEmpty());
+}
+
+TYPED_TEST(XStringFormat, ScansFieldsFromAnyPlace)
+{
+    using T = TypeParam;
+    CXTString<T> const text = lit<T>("size 12 x 34 ab");
+    int width = 0, height = 0;
+    T name[8] = {};
+    EXPECT_EQ(text.ScanS(lit<T>("size %d x %d %s").c_str(), &width, &height, name, 8U), 3);
+    EXPECT_TRUE(width == 12 && height == 34 && Std<T>(name) == lit<T>("ab"));
+    EXPECT_EQ(text.ScanS(10, lit<T>("%d %s").c_str(), &width, name, 2U), 1); // no room
+    EXPECT_EQ(width, 34);
+    for (int const start : { -1, 15, 99 })
+        EXPECT_EQ(text.ScanS(start, lit<T>("%d").c_str(), &width), -1) << start;
 }
 
 TYPED_TEST(XStringFormat, EmptiesTheStringForABadFormatOnly)

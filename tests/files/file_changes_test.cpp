@@ -4,6 +4,7 @@
 #include "kortools/files/file_status.h"
 #include "kortools/platform/message_box.h"
 #include "kortools/platform/os_error.h"
+#include "tests/files/names.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/thread_language.h"
@@ -109,6 +110,25 @@ TEST_F(FileChanges, AMoveReplacesFilesButNotDirectories)
     EXPECT_EQ(fileGetLastWriteDate(Name(L"d\\e")), CXTime(1234567890));
     EXPECT_TRUE(fileRename(Name(L"d"), Name(L"f")));
     EXPECT_EQ(List() + read_file(At("f/e")), "f=/new");
+}
+
+TEST_F(FileChanges, NamesOfEveryKind)
+{
+    write_file(At("x"), "text");
+    for (std::wstring const &name : get_odd_names()) {
+        if (is_windows && name.size() > 100) // the path would be too long there
+            continue;
+        SCOPED_TRACE(testing::PrintToString(name));
+        CXTString<wchar_t> const directory = Name(name.c_str());
+        CXTString<wchar_t> const file = directory + L"\\" + name.c_str();
+        ASSERT_TRUE(fileCreateDirectory(directory, false));
+        EXPECT_TRUE(fileCopy(Name(L"x"), file, true));
+        EXPECT_EQ(fileGetSize(file), 4U);
+        EXPECT_TRUE(fileMove(file, Name(L"y"), true) && !fileExists(file));
+        EXPECT_TRUE(fileRename(Name(L"y"), file));
+        EXPECT_TRUE(fileDelete(file) && fileRemoveDirectory(directory));
+        EXPECT_EQ(List(), "x=text");
+    }
 }
 
 TEST_F(FileChanges, TheUserIsAskedBeforeAFileIsReplaced)

@@ -281,3 +281,19 @@ TEST(CustomData, OfEntriesWithOneIdentifierTheLastIsFoundAndAllAreRemoved)
     EXPECT_TRUE(copy.ChangeID(2, 1));
     EXPECT_EQ(block_of(copy), encode_entry(1, 7, "") + encode_entry(3, 7, "3"));
 }
+
+TEST(CustomData, DumpsItsEntriesAsText)
+{
+    CCustomData data, inner;
+    inner.SetString(four("NAME"), L"cube");
+    inner.SetStringList(four("LIST"), string_list({ L"a", L"b" }));
+    data.SetInt(four("STEP"), -3);
+    data.SetCustomData(1, inner);
+    data.SetBinary(four("BLOB"), "\1\xFF", 2);
+    EXPECT_EQ(data.DumpCustomData(),
+        L"STEP ( INT) : -3\n"
+        L".... (CDA2) : Sub data\n"
+        L"    NAME (UNIC) : \"cube\"\n"
+        L"    LIST (USTR) : \"a\", \"b\"\n"
+        L"BLOB ( BIN) : 2 bytes 01 FF\n");
+}

@@ -78,6 +78,15 @@ TEST(ZoneRules, DaylightFlagsMeanTheSameInEveryZone)
     }
 }
 
+TEST(ZoneRules, ApiaHasNoThirtiethOfDecember2011)
+{
+    kor_test::ProcessZone const zone("Pacific/Apia");
+    CXTime const before(2011, 12, 29, 23, 59, 59, -1);
+    EXPECT_EQ(CXTime(2011, 12, 31, 0, 0, 0, -1) - before, CXDuration(1));
+    EXPECT_EQ((before + 1).Format(L"%F %T %z %Z"), L"2011-12-31 00:00:00 +1400 +14");
+    EXPECT_EQ(CXTime(2011, 12, 30, 12, 0, 0, -1).Format(L"%F %H"), L"2011-12-29 12");
+}
+
 TEST(ZoneRules, ThreadsMayAskAtOnce)
 {
     kor_test::ProcessZone const zone("<+03>-3<+04>,M4.1.0,M10.1.0"); // known to no test before
