@@ -14,7 +14,7 @@ using namespace kor_test;
 
 namespace {
 
-#ifdef _WIN32
+#if defined(_WIN32) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr int kills = 20; // a process takes long to start
 constexpr unsigned saves = 100;
 #else
