@@ -180,8 +180,9 @@ int CKorCoord::SetZoomAndCenter(float z, CPoint const &docPoint, int snap, int a
 
 int CKorCoord::Zoom(int zoomIn)
 {
+    auto const halfway = [](int low, int high) { return low + (high - low + 1) / 2; };
     CPoint const middle(
-        (m_visDoc.left + 1 + m_visDoc.right) / 2, (m_visDoc.top + 1 + m_visDoc.bottom) / 2);
+        halfway(m_visDoc.left, m_visDoc.right), halfway(m_visDoc.top, m_visDoc.bottom));
     return SetZoomAndCenter(GetDefaultRatio(zoomIn), middle, 1, 0);
 }
 

@@ -180,6 +180,12 @@ TEST(Coord, StepsOverTheLadder)
     EXPECT_EQ(coord.GetDefaultRatio(0), 2 / 3.0F);
     EXPECT_EQ(coord.VerifyZoom(100, 0), 32);
     EXPECT_EQ(coord.VerifyZoom(NAN, 1), 1 / 32.0F);
+
+    coord.Init(&window, CSize(INT_MAX, INT_MAX));
+    CSize to_end(INT_MAX, INT_MAX);
+    coord.Scroll(to_end);
+    coord.Zoom(0); // around the end
+    EXPECT_GT(coord.GetScrollPos().cx, INT_MAX / 2);
 }
 
 TEST(Coord, FitsAndTellsTheWindow)
