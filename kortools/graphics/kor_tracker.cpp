@@ -144,6 +144,7 @@ int CKorTracker::GetNominalHandleSize()
 
 void CKorTracker::Construct()
 {
+    kortools::graphics::get_tracker_resources(); // a failure shows here, not while painting
     m_rect = {};
     m_style = solidLine;
     m_handleSize = GetNominalHandleSize();
@@ -236,13 +237,13 @@ CRect CKorTracker::GetHandleRect(int handle) const
     CRect const rect = normalize(m_rect);
     CPoint corner = rect.CenterPoint() - CSize(outer, outer);
     if (moves_left(place))
-        corner.x = rect.left - outer;
+        corner.x = wrap_subtract(rect.left, outer);
     else if (moves_right(place))
-        corner.x = rect.right + outer - size;
+        corner.x = wrap_add(rect.right, outer - size);
     if (moves_top(place))
-        corner.y = rect.top - outer;
+        corner.y = wrap_subtract(rect.top, outer);
     else if (moves_bottom(place))
-        corner.y = rect.bottom + outer - size;
+        corner.y = wrap_add(rect.bottom, outer - size);
     return place == inside ? rect : CRect(corner, CSize(size, size));
 }
 
@@ -294,10 +295,12 @@ bool CKorTracker::Track(CWnd *wnd, CPoint const &point)
 
 bool CKorTracker::TrackRubberBand(CWnd *wnd, CPoint const &point, bool allowInvert)
 {
-    bool const allowed_before = std::exchange(m_allowInvert, allowInvert);
-    bool const is_drawn = Drag(bottomRight, wnd, point, CRect(point, point));
-    m_allowInvert = allowed_before;
-    return is_drawn;
+    struct Restoring { // also when a callback throws
+        bool &flag;
+        bool const before;
+        ~Restoring() { flag = before; }
+    } const restoring { m_allowInvert, std::exchange(m_allowInvert, allowInvert) };
+    return Drag(bottomRight, wnd, point, CRect(point, point));
 }
 
 bool CKorTracker::TrackHandle(int handle, CWnd *wnd, CPoint const &point)

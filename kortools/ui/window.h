@@ -4,7 +4,8 @@
 //
 // A back end must implement everything here; the library calls it from the thread that owns the
 // window only. What a call does not mention it leaves alone: setting the scroll range does not
-// scroll the contents, invalidating does not paint.
+// scroll the contents, invalidating does not paint. A pen, pattern or cursor that it cannot create
+// it reports by an exception, which passes through the library.
 #pragma once
 
 #include "kortools/graphics/point.h"

@@ -208,6 +208,10 @@ TEST_F(Trackers, DrawRubberBands)
     EXPECT_THROW(tracker.TrackHandle(8, &m_window, { 50, 90 }), Failure);
     EXPECT_EQ(m_window.take_calls(), (Calls { "capture", "hide", "release" }));
     EXPECT_FALSE(tracker.IsTracking());
+    EXPECT_THROW(tracker.TrackRubberBand(&m_window, { 50, 90 }), Failure);
+    CRect rect(0, 0, -30, -3);
+    tracker.AdjustRect(CKorTracker::bottomRight, rect); // may be inverted no more
+    EXPECT_EQ(rect, CRect(0, 0, 8, 8));
 }
 
 TEST_F(Trackers, OnAViewKeepToWholeUnits)
