@@ -24,7 +24,7 @@ namespace kortools::platform {
 namespace {
 
 constexpr off_t max_size = off_t { 16 } << 20;
-constexpr int patience_ms = 5000; // for other writers
+constexpr int patience_ms = 5000; // for a writer that does not get on
 
 class File {
 public:
@@ -114,21 +114,6 @@ bool write_all(File const &file, std::string_view bytes)
     return retry([&] { return fsync(file.get()); }) == 0;
 }
 
-bool lock(File const &file)
-{
-    for (int waited_ms = 0; waited_ms < patience_ms; ++waited_ms) {
-        struct flock range { };
-        range.l_type = F_WRLCK;
-        if (retry([&] { return fcntl(file.get(), F_OFD_SETLK, &range); }) == 0)
-            return true;
-        if (errno != EAGAIN && errno != EACCES)
-            return true; // a file system without locks
-        timespec const moment { 0, 1'000'000 };
-        nanosleep(&moment, nullptr);
-    }
-    return false;
-}
-
 // What tells a file from the one that was there before.
 struct Identity {
     dev_t device = 0;
@@ -146,6 +131,29 @@ struct Identity {
 Identity identify(struct stat const &status)
 {
     return { status.st_dev, status.st_ino, status.st_size, status.st_mtim };
+}
+
+// Others that write one after the other may be faster each time; only one that holds the lock and
+// does nothing is not waited for.
+bool lock(File const &file, std::string const &path)
+{
+    Identity seen;
+    for (int waited_ms = 0; waited_ms < patience_ms; ++waited_ms) {
+        struct flock range { };
+        range.l_type = F_WRLCK;
+        if (retry([&] { return fcntl(file.get(), F_OFD_SETLK, &range); }) == 0)
+            return true;
+        if (errno != EAGAIN && errno != EACCES)
+            return true; // a file system without locks
+        struct stat status { };
+        Identity const present = stat(path.c_str(), &status) == 0 ? identify(status) : Identity {};
+        if (!(present == seen))
+            waited_ms = 0;
+        seen = present;
+        timespec const moment { 0, 1'000'000 };
+        nanosleep(&moment, nullptr);
+    }
+    return false;
 }
 
 // The file that was used last.
@@ -239,7 +247,7 @@ template <class Change> bool change_profile(std::wstring_view product, Change ch
     if (path.empty() || !make_folders(path))
         return false;
     File const lock_file(path + ".lock", O_RDWR | O_CREAT);
-    if (!lock_file || !lock(lock_file))
+    if (!lock_file || !lock(lock_file, path))
         return false;
     Profile &profile = get_profile();
     std::scoped_lock const guard(profile.m_lock);
