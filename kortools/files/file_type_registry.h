@@ -19,6 +19,9 @@ void destroy_file_types();
 // Adds a copy of the type, if there is a registry; false when there is none.
 bool add_file_type(CFileExt const &type);
 
+// Whether there are types with this callback. Does not create a registry.
+bool has_file_types(IoPluginCallback callback);
+
 // Removes the types with this callback. Does not create a registry.
 void remove_file_types(IoPluginCallback callback);
 

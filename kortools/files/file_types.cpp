@@ -386,6 +386,15 @@ bool add_file_type(CFileExt const &type)
     return registry.m_types != nullptr;
 }
 
+bool has_file_types(IoPluginCallback callback)
+{
+    Registry &registry = Registry::get();
+    CXSingleLock const lock(&registry.m_lock, true);
+    return registry.m_types
+        && std::ranges::find(registry.m_types->all(), callback, &CFileExt::m_callback)
+        != registry.m_types->all().end();
+}
+
 void remove_file_types(IoPluginCallback callback)
 {
     Registry &registry = Registry::get();

@@ -30,6 +30,7 @@ struct Registered {
     IoPluginCallback callback;
     unsigned int kind;
     String path;
+    std::vector<CFileExt> types; // as it gave them, once it has been asked
 };
 
 struct IoPlugins {
@@ -59,12 +60,28 @@ void forget_filter()
     plugins.m_filter.reset();
 }
 
-bool is_registered(String const &path, unsigned int kind)
+// With the lock.
+void add_unfiltered_types(IoPlugins const &plugins, Registered const &plugin)
+{
+    for (CFileExt const &type : plugin.types) {
+        if (!plugins.m_filter || !plugins.m_filter->IsFound(type.m_class))
+            add_file_type(type);
+    }
+}
+
+// False when it is not registered. Its types are added when the registry has none of them: it may
+// be another registry than at first.
+bool register_again(String const &path, unsigned int kind)
 {
     IoPlugins &plugins = IoPlugins::get();
     CXSingleLock const lock(&plugins.m_lock, true);
-    return std::ranges::any_of(plugins.m_registered,
-        [&](Registered const &known) { return known.kind == kind && known.path == path; });
+    auto const known = std::ranges::find_if(plugins.m_registered,
+        [&](Registered const &plugin) { return plugin.kind == kind && plugin.path == path; });
+    if (known == plugins.m_registered.end())
+        return false;
+    if (!has_file_types(known->callback))
+        add_unfiltered_types(plugins, *known);
+    return true;
 }
 
 bool is_registered(IoPluginCallback callback)
@@ -95,13 +112,16 @@ bool forget(IoPluginCallback callback)
 }
 
 // Before a library is released: nobody finds its types any more, then nobody is in it.
-void retire(PluginInfo const &info, char const *)
+bool retire(PluginInfo const &info, char const *)
 {
     auto const callback = info.GetEntry<IoPluginCallback>();
-    if (!forget(callback))
-        return;
-    remove_file_types(callback);
-    retire_plugin(callback);
+    if (is_in_plugin() && is_registered(callback))
+        return false; // it would wait for itself
+    if (forget(callback)) {
+        remove_file_types(callback);
+        retire_plugin(callback);
+    }
+    return true;
 }
 
 void log_refusal(String const &path, std::string const &reason)
@@ -117,12 +137,11 @@ void add_types(IoPluginCallback callback, PluginTypes const &answer)
 {
     IoPlugins &plugins = IoPlugins::get();
     CXSingleLock const lock(&plugins.m_lock, true);
-    if (!is_registered(callback))
+    auto const known = std::ranges::find(plugins.m_registered, callback, &Registered::callback);
+    if (known == plugins.m_registered.end())
         return;
-    for (CFileExt const &type : answer.types) {
-        if (!plugins.m_filter || !plugins.m_filter->IsFound(type.m_class))
-            add_file_type(type);
-    }
+    known->types = answer.types;
+    add_unfiltered_types(plugins, *known);
 }
 
 // A plug-in for files of the other kind is left alone: being loaded by an entry point that it lacks
@@ -135,17 +154,29 @@ bool is_for_other_kind(String const &path, char const *entry_name)
             || image.exports(entry_name_of(fileKind3D)));
 }
 
+// False when it is not to be asked for its types. When it is, no other thread can have released it
+// without retire() having closed it.
+bool load(PluginScan &scan, String const &path, char const *entry_name, unsigned int kind,
+    PluginInfo &info)
+{
+    CXSingleLock const loading(&get_plugin_load_lock(), true);
+    if (register_again(path, kind) || is_for_other_kind(path, entry_name)
+        || !scan.load(path, entry_name, info))
+        return false;
+    auto const callback = info.GetEntry<IoPluginCallback>();
+    if (!remember({ callback, kind, path, {} }))
+        return false;
+    open_plugin(callback);
+    return true;
+}
+
 void register_plugin(
     PluginScan &scan, String const &path, char const *entry_name, unsigned int kind)
 {
     PluginInfo info;
-    if (is_registered(path, kind) || is_for_other_kind(path, entry_name)
-        || !scan.load(path, entry_name, info))
+    if (!load(scan, path, entry_name, kind, info))
         return;
     auto const callback = info.GetEntry<IoPluginCallback>();
-    if (!remember({ callback, kind, path }))
-        return;
-    open_plugin(callback);
     PluginTypes const answer = ask_for_types(callback, kind);
     for (std::string const &refusal : answer.refusals)
         log_refusal(path, refusal);

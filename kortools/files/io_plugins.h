@@ -22,7 +22,7 @@
 // "Init3DParser" for fileKind3D; other kinds are ignored. Without a registry of file types nothing
 // is registered. Looks for the system's dynamic libraries (*.dll; on Linux *.so and *.so.*), by
 // name, so that of two plug-ins with the same extension the same one is always first. One that is
-// registered already is left alone.
+// registered already is left alone, unless the registry has lost its types.
 KORTOOLS_API void RegisterIOPlugins(unsigned int kind, CXTString<wchar_t> const &dir);
 
 // Takes the types of the kind's plug-ins out of the registry, waits until no file is being loaded

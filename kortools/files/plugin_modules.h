@@ -2,6 +2,7 @@
 // What else the library does with plug-ins: loads those of a folder, and hears of their end.
 #pragma once
 
+#include "kortools/core/critical_section.h"
 #include "kortools/files/plugins.h"
 
 #include <memory>
@@ -27,9 +28,13 @@ private:
     std::unique_ptr<platform::VersionProbe> m_probe;
 };
 
-// Called before each release of a load, while the library is still there, by the thread that
-// releases it and without a lock.
-using PluginReleaseHook = void (*)(PluginInfo const &info, char const *entry_name);
+// Held while a library is examined and loaded, and while one is taken to be released. Who holds it
+// can get ready for a load before another thread releases that.
+CXCriticalSection &get_plugin_load_lock();
+
+// Called before the last load for an entry point is released, while the library is still there, by
+// the thread that releases it and without a lock. False keeps the library loaded.
+using PluginReleaseHook = bool (*)(PluginInfo const &info, char const *entry_name);
 void set_plugin_release_hook(PluginReleaseHook hook); // null: none
 
 // Releases all plug-ins and forgets the refusals and the directory.

@@ -42,7 +42,7 @@ struct Plugins {
     }
 
     // Held from the first look at a library to its load, as a library that is only mapped cannot be
-    // loaded by another thread.
+    // loaded by another thread; taken before m_lock.
     CXCriticalSection m_load_lock;
 
     CXCriticalSection m_lock; // of everything below; no code of a plug-in runs under it
@@ -137,12 +137,18 @@ bool load(platform::VersionProbe &probe, String const &path, char const *entry_n
     return true;
 }
 
+struct Taken {
+    PluginInfo info;
+    bool is_last; // of its library, for the entry point
+};
+
 // Takes the loads that `is_meant` tells out of the list, the latest one first.
 template <class Predicate>
-std::vector<PluginInfo> take(char const *entry_name, bool every_load, Predicate is_meant)
+std::vector<Taken> take(char const *entry_name, bool every_load, Predicate is_meant)
 {
-    std::vector<PluginInfo> taken;
+    std::vector<Taken> taken;
     Plugins &plugins = Plugins::get();
+    CXSingleLock const loading(&plugins.m_load_lock, true);
     CXSingleLock const lock(&plugins.m_lock, true);
     std::vector<PluginInfo> *const loads = entry_name ? plugins.m_loaded.Find(entry_name) : nullptr;
     if (!loads)
@@ -150,20 +156,25 @@ std::vector<PluginInfo> take(char const *entry_name, bool every_load, Predicate 
     for (std::size_t i = loads->size(); i-- > 0 && (every_load || taken.empty());) {
         if (!is_meant((*loads)[i]))
             continue;
-        taken.push_back((*loads)[i]);
+        PluginInfo const info = (*loads)[i];
         loads->erase(loads->begin() + static_cast<std::ptrdiff_t>(i));
+        bool const is_last
+            = std::ranges::find(*loads, info.m_module, &PluginInfo::m_module) == loads->end();
+        taken.push_back({ info, is_last });
     }
     if (loads->empty())
         plugins.m_loaded.Remove(entry_name);
     return taken;
 }
 
-void release(std::vector<PluginInfo> const &loads, char const *entry_name)
+void release(std::vector<Taken> const &loads, char const *entry_name)
 {
-    for (PluginInfo const &info : loads) {
-        if (PluginReleaseHook const hook = s_release_hook)
-            hook(info, entry_name);
-        platform::unload_module(info.m_module);
+    for (auto const &[info, is_last] : loads) {
+        PluginReleaseHook const hook = is_last ? s_release_hook.load() : nullptr;
+        if (hook && !hook(info, entry_name))
+            remember(entry_name, info);
+        else
+            platform::unload_module(info.m_module);
     }
 }
 
@@ -236,6 +247,11 @@ PluginScan::~PluginScan() = default;
 bool PluginScan::load(CXTString<wchar_t> const &path, char const *entry_name, PluginInfo &info)
 {
     return ::load(*m_probe, path, entry_name, info, MissingEntry::PassOver);
+}
+
+CXCriticalSection &get_plugin_load_lock()
+{
+    return Plugins::get().m_load_lock;
 }
 
 void set_plugin_release_hook(PluginReleaseHook hook)

@@ -70,7 +70,8 @@ KORTOOLS_API bool LoadPlugin(
     CXTString<wchar_t> const &path, char const *entryName, PluginInfo &info);
 
 // Releases a plug-in that was loaded for the entry point: one of its loads, or every one. Nothing
-// for a module that was not.
+// for a module that was not, and for one with registered file types (io_plugins.h) whose code is
+// running in this thread.
 KORTOOLS_API void FreePlugin(HINSTANCE module, char const *entryName, bool everyLoad = false);
 
 // Releases every plug-in that was loaded for the entry point, as often as that was.

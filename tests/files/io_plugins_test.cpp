@@ -193,9 +193,29 @@ TEST_F(IoPlugins, ALoadEndsBeforeItsPluginIsReleased)
 TEST_F(IoPlugins, APluginCannotBeFreedFromWithin)
 {
     class Freeing : public CIoSink {
-        bool OnMesh(CIoMesh const &) override { return FreeIOPlugins(fileKind3D), true; }
+        bool OnMesh(CIoMesh const &) override
+        {
+            FreeIOPlugins(fileKind3D);
+            FreePlugins("Init3DParser");
+            return true;
+        }
     } sink;
     register_plugins();
     EXPECT_TRUE(fileLoadWithPlugin(m_file, sink));
     EXPECT_EQ(fileGetKindOf(L"a.tio"), fileKind3D);
+}
+
+TEST_F(IoPlugins, TypesStayWithTheLibraryAndReturnToANewRegistry)
+{
+    register_plugins();
+    PluginInfo info;
+    ASSERT_TRUE(LoadPlugin((m_folder.GetPath() / m_name).wstring().c_str(), "Init3DParser", info));
+    FreePlugin(info.m_module, "Init3DParser"); // one load of two
+    EXPECT_EQ(fileGetClass(L"x.tio"), fileMakeCode("TIO1"));
+    CloseKorTools(korFileTypes);
+    register_plugins(); // nowhere to
+    InitKorTools(korFileTypes);
+    EXPECT_EQ(fileGetClass(L"x.tio"), 0U);
+    register_plugins();
+    EXPECT_EQ(fileGetClass(L"x.tio"), fileMakeCode("TIO1"));
 }

@@ -27,11 +27,12 @@ String path_of(char const *plugin)
     return String((folder / (std::string(plugin) + ".dll")).wstring().c_str());
 }
 
-void note_release(PluginInfo const &info, char const *entry_name)
+bool note_release(PluginInfo const &info, char const *entry_name)
 {
     ++s_calls;
     EXPECT_STREQ(entry_name, "InitOther");
     info.GetEntry<WatchFunction>()(&s_ends); // it is still there
+    return s_calls > 1;
 }
 
 } // namespace
@@ -54,7 +55,7 @@ TEST(PluginModules, PassOverPluginsOfAnotherKindInAFolder)
     reset_plugins();
 }
 
-TEST(PluginModules, AreAnnouncedBeforeEachReleaseAndForgottenByAReset)
+TEST(PluginModules, AreAnnouncedBeforeTheLastReleaseAndForgottenByAReset)
 {
     PluginInfo info;
     EXPECT_FALSE(LoadPlugin(path_of("no_entry"), "InitOther", info));
@@ -62,6 +63,8 @@ TEST(PluginModules, AreAnnouncedBeforeEachReleaseAndForgottenByAReset)
     ASSERT_TRUE(LoadPlugin(path_of("good"), "InitOther", info));
     set_plugin_release_hook(note_release);
     FreePlugin(info.m_module, "InitOther");
+    EXPECT_EQ(s_calls, 0);
+    FreePlugin(info.m_module, "InitOther"); // is kept
     EXPECT_EQ(s_calls, 1);
     EXPECT_EQ(s_ends, 0);
     reset_plugins();
