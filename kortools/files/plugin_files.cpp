@@ -152,9 +152,17 @@ void SaveRequest::run(CFileExt const &type, CIoBitmap const &bitmap, unsigned in
         commit();
 }
 
+// Some disks tell only at the end that they are full.
 void SaveRequest::commit()
 {
-    m_file.Close();
+    try {
+        m_file.Close();
+    } catch (CXException *exception) {
+        m_outcome.fail_with_text(ioCannotWrite, exception->GetErrorMessage());
+        exception->Delete();
+        fileDelete(m_temporary);
+        return;
+    }
     if (fileMove(m_temporary, m_path))
         return;
     m_outcome.fail(ioCannotWrite, "the file cannot be replaced");

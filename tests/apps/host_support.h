@@ -3,6 +3,7 @@
 #pragma once
 
 #include "apps/scoutrix/host.h"
+#include "kortools/files/plugins.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +20,8 @@ inline std::string to_utf8(std::filesystem::path const &path)
 // Without plug-ins, unless a test sets their folder.
 class Host : public testing::Test {
 protected:
+    Host() { SetPluginProbeLimit(60000); } // the machine may be busy
+
     // The exit code; what is printed stays in m_output and m_errors.
     int Run(std::vector<std::string> arguments)
     {

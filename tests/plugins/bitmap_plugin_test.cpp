@@ -20,6 +20,7 @@ protected:
     {
         fileGetClass(L"a.bmp"); // makes the registry
         FilterPlugins(fileMakeCode("PSD "));
+        SetPluginProbeLimit(60000); // the machine may be busy
         RegisterIOPlugins(fileKindBitmap, std::filesystem::path(KOR_PLUGINS).wstring().c_str());
     }
     static void TearDownTestSuite()

@@ -102,7 +102,8 @@ class ModelPlugin : public testing::Test {
 protected:
     static void SetUpTestSuite()
     {
-        fileGetClass(L"a.bmp"); // makes the registry
+        fileGetClass(L"a.bmp");     // makes the registry
+        SetPluginProbeLimit(60000); // the machine may be busy
         RegisterIOPlugins(fileKind3D, std::filesystem::path(KOR_PLUGINS).wstring().c_str());
     }
     static void TearDownTestSuite()
