@@ -13,6 +13,32 @@ struct CloseKey {
 };
 using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
 
+// Only one thread or process of the user writes while this lives: a key that one finds empty and
+// deletes must not get a value from another meanwhile. Whoever does not get on is not waited for.
+class WriterTurn {
+public:
+    WriterTurn()
+        : m_mutex(CreateMutexW(nullptr, FALSE, L"Local\\KorTools.Profile"))
+    {
+        DWORD const outcome = m_mutex ? WaitForSingleObject(m_mutex, patience_ms) : WAIT_FAILED;
+        m_is_owner = outcome == WAIT_OBJECT_0 || outcome == WAIT_ABANDONED;
+    }
+    WriterTurn(WriterTurn const &) = delete;
+    WriterTurn &operator=(WriterTurn const &) = delete;
+    ~WriterTurn()
+    {
+        if (m_is_owner)
+            ReleaseMutex(m_mutex);
+        if (m_mutex)
+            CloseHandle(m_mutex);
+    }
+
+private:
+    static constexpr DWORD patience_ms = 5000;
+    HANDLE const m_mutex;
+    bool m_is_owner = false;
+};
+
 bool is_valid(ProfilePlace const &place)
 {
     return is_profile_name(place.product) && place.product.find(L'\\') == place.product.npos
@@ -126,6 +152,7 @@ bool write_profile(ProfilePlace const &place, ProfileValue const &value)
 {
     if (!is_valid(place) || !is_profile_name(place.entry))
         return false;
+    WriterTurn const turn;
     HKEY opened = nullptr;
     if (RegCreateKeyExW(HKEY_CURRENT_USER, get_section_key(place).c_str(), 0, nullptr, 0,
             KEY_SET_VALUE, nullptr, &opened, nullptr)
@@ -146,6 +173,7 @@ bool delete_profile(ProfilePlace const &place)
 {
     if (!is_valid(place))
         return false;
+    WriterTurn const turn;
     bool deleted = false;
     if (place.entry.empty()) {
         deleted = RegDeleteTreeW(HKEY_CURRENT_USER, get_section_key(place).c_str()) == 0;
