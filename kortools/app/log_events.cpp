@@ -55,6 +55,7 @@ try {
     trace.m_file->Flush();
 } catch (CXException *exception) {
     exception->Delete();
+} catch (...) { // no memory: the line is left out
 }
 
 } // namespace
