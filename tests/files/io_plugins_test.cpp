@@ -219,3 +219,22 @@ TEST_F(IoPlugins, TypesStayWithTheLibraryAndReturnToANewRegistry)
     register_plugins();
     EXPECT_EQ(fileGetClass(L"x.tio"), fileMakeCode("TIO1"));
 }
+
+TEST_F(IoPlugins, MayBeFreedWhileTheyAreBeingRegistered)
+{
+    std::atomic<bool> is_done { false };
+    std::thread freeing([&] {
+        while (!is_done) {
+            FreeIOPlugins(fileKind3D);
+            std::this_thread::yield();
+        }
+    });
+    for (int round = 0; round < 20; ++round)
+        register_plugins();
+    is_done = true;
+    freeing.join();
+    FreeIOPlugins(fileKind3D);
+    EXPECT_EQ(fileGetKindOf(L"a.tio"), 0U);
+    register_plugins();
+    EXPECT_EQ(fileGetKindOf(L"a.tio"), fileKind3D);
+}
