@@ -102,7 +102,12 @@
 #include "kortools/graphics/view_tracker.h"
 #include "kortools/graphics/wide_color.h"
 
+#include "kortools/ui/back_end.h"
+#include "kortools/ui/pixels.h"
+#include "kortools/ui/progress_window.h"
+#include "kortools/ui/view_frame.h"
 #include "kortools/ui/window.h"
+#include "kortools/ui/window_handler.h"
 
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.

@@ -11,6 +11,7 @@ KOR_IMPLEMENT_ABSTRACT_CLASS(CXException, CXObject, exception_schema)
 KOR_IMPLEMENT_ABSTRACT_CLASS(CXFileException, CXException, exception_schema)
 KOR_IMPLEMENT_ABSTRACT_CLASS(CXArchiveException, CXException, exception_schema)
 KOR_IMPLEMENT_ABSTRACT_CLASS(CXMemoryException, CXException, exception_schema)
+KOR_IMPLEMENT_ABSTRACT_CLASS(CXResourceException, CXException, exception_schema)
 KOR_IMPLEMENT_ABSTRACT_CLASS(CXUserException, CXException, exception_schema)
 KOR_IMPLEMENT_ABSTRACT_CLASS(CXInvalidArgException, CXException, exception_schema)
 

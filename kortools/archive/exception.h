@@ -158,6 +158,13 @@ public:
     using CXException::CXException;
 };
 
+// A window, cursor, pen or other thing of the window system cannot be created.
+class KORTOOLS_API CXResourceException : public CXException {
+    KOR_DECLARE_CLASS(CXResourceException)
+public:
+    using CXException::CXException;
+};
+
 // Makes `exception` the calling thread's pending one and destroys the one before, unless it is the
 // same object. An exception that was pending on another thread is taken over from it. Null is
 // ignored.

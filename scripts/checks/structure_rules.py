@@ -45,13 +45,16 @@ SYSTEM_MACRO_ALLOWED = {
 # Global classes and functions of the public interface; forward declarations are not meant.
 PUBLIC_DECLARATION = re.compile(
     r"\bKORTOOLS_API\b|^(?:template\s*<.*>\s*)?(?:class|struct)\s+C[A-Z]\w*\b(?!::)[^;]*\{")
-NOT_PUBLIC = {}  # header: reason
+NOT_PUBLIC = {  # header: reason
+    "kortools/ui/win32/back_end.h": "for programs that show windows on Windows",
+    "kortools/ui/qt/back_end.h": "for programs that use Qt",
+}
 
 
 def area_of(path):
     """The folder; the tables of texts lie below the functions beside them, and so does what the
     library asks of windows, which the back ends of ui implement."""
-    if path.parts[1] == "ui" and path.name == "window.h":
+    if path.parts[1] == "ui" and path.name in ("window.h", "pixels.h"):
         return "window services"
     if path.parts[1] == "text" and path.stem in ("string_table", "texts"):
         return "text tables"

@@ -38,6 +38,23 @@ public:
         calls.push_back(describe(is_dotted ? "dots" : "line", rect, pen.color.GetRGB()));
     }
 
+    void DrawLine(CXPoint const &from, CXPoint const &to, kortools::ui::Pen const &pen) override
+    {
+        calls.push_back(describe("stroke", from, to, pen.color.GetRGB()));
+    }
+    void DrawString(
+        CXPoint const &position, wchar_t const *text, int length, CRGBColor const &color) override
+    {
+        calls.push_back(
+            describe("text", position, std::wstring(text, std::size_t(length)), color.GetRGB()));
+    }
+    void DrawPixels(
+        CXRect const &target, kortools::ui::Pixels const &picture, CXRect const &part) override
+    {
+        calls.push_back(describe("pixels", target, picture.size, part));
+    }
+    CXRect GetClipBox() const override { return { -1000000, -1000000, 1000000, 1000000 }; }
+
     std::vector<std::string> calls;
 };
 
@@ -51,6 +68,7 @@ public:
 
     CScrollView *GetScrollView() override { return m_is_view ? this : nullptr; }
     CXSize GetClientSize() const override { return client_size; }
+    int GetTextWidth(wchar_t const *, int length) const override { return 8 * length; }
     bool HasScrollBar(kortools::ui::ScrollBar bar) const override { return bars.count(bar) == 1; }
     CXSize GetScrollBarSize() const override { return { 15, 17 }; }
     void SetScrollInfo(kortools::ui::ScrollBar bar, kortools::ui::ScrollRange const &range) override
@@ -84,6 +102,17 @@ public:
         event = session.front();
         session.pop_front();
         return true;
+    }
+
+    void SetTimer(unsigned int id, unsigned int milliseconds) override
+    {
+        calls.push_back(describe("timer", id, milliseconds));
+    }
+    void KillTimer(unsigned int id) override { calls.push_back(describe("no timer", id)); }
+    int TrackPopupMenu(CXPoint const &position, CXArray<CXTString<wchar_t>> const &entries) override
+    {
+        calls.push_back(describe("menu", position, entries.GetSize()));
+        return -1;
     }
 
     // A session is written as "move 10 20 up 10 20", with "right", "lost" and "key 27" beside.

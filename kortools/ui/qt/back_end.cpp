@@ -1,0 +1,2 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/ui/qt/back_end.h"

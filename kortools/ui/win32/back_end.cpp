@@ -1,0 +1,2 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/ui/win32/back_end.h"
