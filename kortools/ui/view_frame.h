@@ -29,6 +29,10 @@ public:
     // What the view shows now, with the rubber band but without scroll bars; the frame must be
     // visible. For tests and pictures of the program.
     virtual Picture CaptureView() = 0;
+
+    // The same of the whole frame, with scroll bars and status line; where a back end cannot, the
+    // view alone.
+    virtual Picture CaptureFrame() { return CaptureView(); }
 };
 
 } // namespace kortools::ui
