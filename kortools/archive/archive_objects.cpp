@@ -11,6 +11,8 @@
 #include "kortools/platform/stack.h"
 
 #include <algorithm>
+#include <new>
+#include <stdexcept>
 
 namespace {
 
@@ -20,6 +22,18 @@ constexpr unsigned short new_class_tag = 0xFFFF;
 constexpr unsigned int small_class_bit = 0x8000;
 constexpr unsigned int class_bit = 0x80000000;
 constexpr unsigned int last_index = 0x7FFFFFFE;
+
+// What it makes, where memory that is exhausted counts as it does elsewhere in the library.
+template <class Action> auto run_or_throw_memory(Action const &action)
+{
+    try {
+        return action();
+    } catch (std::bad_alloc const &) {
+        kortools::core::throw_out_of_memory();
+    } catch (std::length_error const &) {
+        kortools::core::throw_out_of_memory();
+    }
+}
 
 constexpr std::size_t stack_reserve = 128 * 1024; // bytes left to one object's own functions
 
@@ -38,16 +52,9 @@ void const *get_stack_limit()
 
 namespace kortools::archive {
 
-unsigned int StoreMap::find(void const *address) const
-{
-    unsigned int const *const index = m_indices.Find(address);
-    return index ? *index : 0;
-}
-
 void StoreMap::insert(void const *address, unsigned int index)
 {
-    if (m_indices.Insert(address, index) == 0)
-        kortools::core::throw_out_of_memory(); // the map says nothing else of it
+    run_or_throw_memory([&] { m_indices.insert(address, index); });
 }
 
 void LoadArray::add_class(LoadedClass const &loaded)
@@ -134,7 +141,7 @@ using kortools::archive::StoreMap;
 inline StoreMap &CXArchive::GetStoreMap()
 {
     if (!m_storeMap) [[unlikely]]
-        m_storeMap = std::make_unique<StoreMap>();
+        m_storeMap = run_or_throw_memory([] { return std::make_unique<StoreMap>(); });
     return *m_storeMap;
 }
 

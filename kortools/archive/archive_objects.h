@@ -2,8 +2,8 @@
 // What an archive remembers of the objects and classes that it has written or read.
 #pragma once
 
+#include "kortools/archive/address_map.h"
 #include "kortools/archive/runtime_class.h"
-#include "kortools/core/hash_map.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,32 +11,18 @@
 
 namespace kortools::archive {
 
-// Objects tend to be written in the order of their making, so neighbours in memory are neighbours
-// in the table: a graph of a million objects then costs half the cache misses of a hash that mixes.
-struct AddressMethods {
-    static unsigned int GetFullHash(void const *address)
-    {
-        return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(address) >> 4);
-    }
-    static unsigned int GetHash(void const *address, unsigned int tableSize)
-    {
-        return GetFullHash(address) % tableSize;
-    }
-    static bool IsEqual(void const *a, void const *b) { return a == b; }
-};
-
 // The indices of the objects and classes written so far, by address.
 class StoreMap {
 public:
-    unsigned int find(void const *address) const; // 0 for an address that has none
-    void insert(void const *address, unsigned int index);
+    unsigned int find(void const *address) const { return m_indices.find(address); } // 0: none
+    void insert(void const *address, unsigned int index); // throws CXMemoryException
 
     // Objects of one class come in runs: the class written last.
     CXRuntimeClass const *m_lastClass = nullptr;
     unsigned int m_lastClassIndex = 0;
 
 private:
-    CHashMap<void const *, void const *, unsigned int, AddressMethods> m_indices;
+    AddressMap m_indices;
 };
 
 // The objects and classes read so far, by index. Index 0 is the null pointer.
