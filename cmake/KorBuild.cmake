@@ -11,6 +11,8 @@ if(NOT WIN32) # there it would leave the inline members of exported classes out 
 endif()
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# What is installed without a word of the component it belongs to; KorInstall.cmake lists them.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
@@ -40,6 +42,31 @@ target_compile_options(kor_warnings INTERFACE
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     $<$<BOOL:${KORTOOLS_WERROR}>:-Werror>)
 
+# kor_debug_info(<target>) compiles what goes into a shipped library with debug information: for
+# debuggers, and for the check of the ABI. Paths count from the top of the tree, so that nobody's
+# folders are in what is shipped.
+function(kor_debug_info target)
+    if(NOT WIN32)
+        target_compile_options(${target} PRIVATE
+            $<$<CONFIG:Release>:-g;-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+    endif()
+endfunction()
+
+# kor_split_debug_info(<target>) moves it to <file>.debug beside the library, where debuggers look
+# for it; `cmake --install --component debug` installs it. Other configurations are left as they are.
+function(kor_split_debug_info target)
+    if(NOT CMAKE_BUILD_TYPE STREQUAL "Release" OR KORTOOLS_SANITIZE OR WIN32)
+        return()
+    endif()
+    set(file "$<TARGET_FILE:${target}>")
+    add_custom_command(TARGET ${target} POST_BUILD
+        COMMAND ${CMAKE_OBJCOPY} --only-keep-debug "${file}" "${file}.debug"
+        COMMAND ${CMAKE_OBJCOPY} --strip-debug "--add-gnu-debuglink=${file}.debug" "${file}"
+        VERBATIM)
+    install(FILES "${file}.debug" DESTINATION ${CMAKE_INSTALL_LIBDIR}/.debug
+        COMPONENT debug EXCLUDE_FROM_ALL)
+endfunction()
+
 # Debian ships the sources of GoogleTest; building them gives every preset (sanitizers, mingw-w64)
 # a library of its own kind.
 function(kor_use_googletest)
@@ -61,6 +88,9 @@ function(kor_link_library target whitebox)
     if(whitebox)
         target_link_libraries(${target} PRIVATE KorToolsObjects)
         target_compile_definitions(${target} PRIVATE KORTOOLS_STATIC)
+        if(NOT WIN32) # a copy in each program takes long to link, and disk space
+            target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-Wl,--strip-debug>)
+        endif()
     else()
         target_link_libraries(${target} PRIVATE KorTools)
     endif()
