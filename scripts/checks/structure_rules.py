@@ -99,7 +99,7 @@ def listed():
     for folder, function in (("tests", "test"), ("bench", "bench"), ("fuzz", "fuzz")):
         for path in tree.select(folder, suffixes=(".cpp",)):
             name = path.stem.removesuffix("_" + function)
-            if name == path.stem or path.parts[1] == "install":
+            if name == path.stem:
                 continue
             area = path.parts[1]
             if not re.search(rf"^\s*kor_{function}\({area} {name}\b", lists[folder], re.M):
