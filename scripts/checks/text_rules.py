@@ -4,9 +4,11 @@ import re
 
 from . import tree
 
+# Debian's tools read these from their first line on.
+NO_ROOM_FOR_IT = {"debian/changelog", "debian/copyright", "debian/source/format"}
 LICENCE = "SPDX-License-Identifier: MIT"
 NO_LICENCE_LINE = {".tsv", ".bin", ".json", ".md", ".png", ".bmp", ".obj", ".txt", ".yml",
-                   ".dae", ".gltf", ".off", ".ply", ".xyz"}
+                   ".dae", ".gltf", ".off", ".ply", ".xyz", ".xml"}
 
 # The tree must be understood by those who have nothing but the tree.
 OUTSIDE = [
@@ -35,7 +37,7 @@ def licence():
     for path in tree.files():
         text = tree.lines(path)
         if (path.suffix in NO_LICENCE_LINE or path.name.startswith(".") or path.name == "LICENSE"
-                or path.parts[:2] == ("fuzz", "corpus")):
+                or path.parts[:2] == ("fuzz", "corpus") or str(path) in NO_ROOM_FOR_IT):
             continue
         first = text[1:2] if text and text[0].startswith("#!") else text[:1]
         if text and not (first and LICENCE in first[0]):
