@@ -104,6 +104,7 @@
 
 #include "kortools/ui/back_end.h"
 #include "kortools/ui/pixels.h"
+#include "kortools/ui/progress_dlg.h"
 #include "kortools/ui/progress_window.h"
 #include "kortools/ui/view_frame.h"
 #include "kortools/ui/window.h"

@@ -62,8 +62,9 @@ constexpr Text texts[] = {
     { 5510, L"%1 already exists.\nDo you want to replace it?",
             L"%1 existe déjà.\nVoulez-vous le remplacer ?" },
 
-    // The time that an operation has taken, as CXDuration formats it
+    // The progress dialog: the time that an operation has taken, and the button that stops it
     { 5520, L"%M mn %S s elapsed", L"%M min %S s écoulées" },
+    { 5521, L"Cancel", L"Annuler" },
 
     // Why a plug-in was refused
     { 5561, L"%1 was not found.", L"%1 est introuvable." },

@@ -1,0 +1,501 @@
+// SPDX-License-Identifier: MIT
+#include "kortools/ui/progress_dlg.h"
+
+#include "kortools/archive/exception.h"
+#include "kortools/text/string_table.h"
+#include "kortools/ui/back_end.h"
+#include "tests/support/thread_language.h"
+
+#include <array>
+#include <atomic>
+#include <deque>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <thread>
+#include <vector>
+
+using namespace kortools::ui;
+
+namespace {
+
+// What a user would see.
+struct Screen {
+    bool is_there = false; // the window was not deleted
+    bool is_visible = false;
+    bool has_cancel = false;
+    bool can_cancel = true;
+    bool has_ok = false;
+    bool has_timer = false;
+    std::wstring title, status, cancel;
+    std::array<bool, 2> has_bar { true, false };
+    std::array<int, 2> pos {};
+    std::array<int, 2> step { 10, 10 };
+    std::array<std::wstring, 2> label;
+    std::array<bool, 2> is_marquee {};
+    int taskbar = -1;
+    int updates = 0;
+};
+
+class FakeWindow : public ProgressWindow {
+public:
+    explicit FakeWindow(Screen &screen)
+        : m_screen(screen)
+    {
+        m_screen = {};
+        m_screen.is_there = true;
+    }
+    ~FakeWindow() override { m_screen.is_there = false; }
+    void Show(bool show) override { m_screen.is_visible = show; }
+    bool IsVisible() const override { return m_screen.is_visible; }
+    void SetTitle(wchar_t const *text) override { m_screen.title = text; }
+    void SetStatus(wchar_t const *text) override { m_screen.status = text; }
+    void ShowBar(int bar, bool show) override { m_screen.has_bar.at(index(bar)) = show; }
+    void SetBarPos(int bar, int percent) override { m_screen.pos.at(index(bar)) = percent; }
+    int GetBarPos(int bar) const override { return m_screen.pos.at(index(bar)); }
+    void SetBarStep(int bar, int percent) override { m_screen.step.at(index(bar)) = percent; }
+    void StepBar(int bar) override { m_screen.pos.at(index(bar)) += m_screen.step.at(index(bar)); }
+    void SetBarText(int bar, wchar_t const *text) override { m_screen.label.at(index(bar)) = text; }
+    void SetMarquee(int bar, bool on) override { m_screen.is_marquee.at(index(bar)) = on; }
+    void SetCancelText(wchar_t const *text) override { m_screen.cancel = text; }
+    void EnableCancel(bool enable) override { m_screen.can_cancel = enable; }
+    void ShowCancel(bool show) override { m_screen.has_cancel = show; }
+    void ShowOkButton(wchar_t const *text, int width) override
+    {
+        m_screen.has_ok = std::wstring(text) == L"OK" && width == 100;
+    }
+    void SetTaskbarPos(int percent) override { m_screen.taskbar = percent; }
+    void UpdateWindow() override { ++m_screen.updates; }
+    void SetTimer(unsigned int id, unsigned int milliseconds) override
+    {
+        m_screen.has_timer = id == 4896 && milliseconds == 500;
+    }
+    void KillTimer(unsigned int) override { m_screen.has_timer = false; }
+
+private:
+    static std::size_t index(int bar) { return static_cast<std::size_t>(bar); }
+
+    Screen &m_screen;
+};
+
+// Installed while it lives.
+class FakeBackEnd : public BackEnd {
+public:
+    FakeBackEnd() { set_back_end(this); }
+    ~FakeBackEnd() override { set_back_end(nullptr); }
+    char const *GetName() const override { return "fake"; }
+    int ShowMessageBox(wchar_t const *, wchar_t const *, unsigned int) override { return 1; }
+    void ShowText(CWnd *, wchar_t const *, wchar_t const *) override { }
+    std::unique_ptr<ProgressWindow> CreateProgressWindow(
+        CWnd *, ProgressWindowHandler &progress_handler) override
+    {
+        handler = &progress_handler;
+        return std::make_unique<FakeWindow>(screen);
+    }
+    std::unique_ptr<ViewFrame> CreateViewFrame(WindowHandler &, ViewKind, wchar_t const *) override
+    {
+        return nullptr;
+    }
+    bool PumpMessages() override
+    {
+        ++pumps;
+        while (!events.empty()) {
+            auto const event = std::move(events.front());
+            events.pop_front();
+            event();
+        }
+        return true;
+    }
+    int Run() override { return 0; }
+    void Quit(int) override { }
+
+    Screen screen;
+    ProgressWindowHandler *handler = nullptr; // of the last window
+    std::deque<std::function<void()>> events;
+    int pumps = 0;
+};
+
+class Dialog : public CProgressDlg {
+public:
+    std::atomic<long long> now { 1'000'000 }; // milliseconds
+
+private:
+    long long GetTick() const override { return now; }
+};
+
+void on_worker(std::function<void()> const &work)
+{
+    std::thread(work).join();
+}
+
+class ProgressDlg : public testing::Test {
+protected:
+    void create() { ASSERT_TRUE(dialog.Create(nullptr, L"Import", L"reading")); }
+    void tick(int milliseconds = 500)
+    {
+        dialog.now += milliseconds;
+        back_end.handler->OnTimer(4896);
+    }
+
+    ThreadLanguage language { kortools::text::english };
+    FakeBackEnd back_end;
+    Screen &screen = back_end.screen;
+    Dialog dialog;
+};
+
+// --- Positions
+
+struct Move {
+    int pos;
+    bool result;
+    int stored;
+};
+
+struct MoveCase {
+    int low, high, step;
+    std::vector<Move> moves;
+};
+
+constexpr int int_min = std::numeric_limits<int>::min();
+constexpr int int_max = std::numeric_limits<int>::max();
+
+TEST_F(ProgressDlg, PositionsAdvanceInStepsThatShow)
+{
+    MoveCase const cases[] = {
+        { 0, 1000, 1, { { 0, false, -1 }, { 3, false, -1 }, { 10, true, 10 }, { 19, false, 10 } } },
+        { 0, 100, 10, { { 9, false, -1 }, { 10, true, 10 }, { 19, false, 10 }, { 5, true, 5 } } },
+        { 5, 5, 1, { { 4, true, 5 }, { 7, true, 6 } } },
+        { 900, 1000, 0, { { 0, true, 900 }, { 909, false, 900 }, { int_max, true, 1000 } } },
+        { 0, int_max, 1, { { 21474837, true, 21474837 }, { int_max, true, int_max } } },
+        { int_min, -1, -1, { { -2, true, -2 }, { 5, true, -1 } } },
+        { -1, -1, 1, { { 0, false, -1 }, { int_min, false, -1 } } }, // a high of 0
+    };
+    create();
+    for (MoveCase const &test : cases) {
+        SCOPED_TRACE(testing::Message() << test.low << " to " << test.high);
+        auto const run = [&] {
+            for (Move const &move : test.moves) {
+                EXPECT_EQ(dialog.SetPos(move.pos), move.result) << move.pos;
+                EXPECT_EQ(dialog.GetPos(), move.stored) << move.pos;
+            }
+        };
+        dialog.SetStep(test.step);
+        dialog.SetRange(test.low, test.high);
+        run();
+        dialog.SetRange(test.low, test.low == 17 ? 18 : 17);
+        dialog.SetRange(test.low, test.high);
+        EXPECT_EQ(dialog.GetPos(), -1);
+        on_worker(run);
+    }
+    dialog.SetRange(2, 3);
+    dialog.SetPos(3);
+    dialog.SetRange(2, 2);
+    EXPECT_EQ(dialog.GetPos(), 3) << "the same range once it is adjusted";
+}
+
+TEST(ProgressDlgWithoutBackEnd, KeepsValuesButHasNoWindow)
+{
+    CProgressDlg dialog;
+    EXPECT_FALSE(dialog.Create(nullptr, L"Import"));
+    dialog.SetRange(0, 500);
+    EXPECT_FALSE(dialog.SetPos(100));
+    EXPECT_EQ(dialog.GetPos(), -1);
+    EXPECT_TRUE(dialog.OffsetPos(101));
+    EXPECT_FALSE(dialog.OffsetPos(0));
+    on_worker([&] { EXPECT_FALSE(dialog.OffsetPos(1)); });
+    EXPECT_EQ(dialog.GetPos(), 101);
+    dialog.SetErrorMsg(L"no disk");
+    dialog.DelayDestroy();
+    EXPECT_FALSE(dialog.HasWindow() || dialog.CheckCancelButton(true));
+}
+
+// --- Sub-ranges
+
+// Where a bar stands by exact arithmetic: each level has a share of the one below.
+struct ExactLevel {
+    double start, width;
+    int steps;
+    double at(int step) const { return start + width * step / steps; }
+};
+
+TEST_F(ProgressDlg, NestedSubRangesComeOutWhereExactArithmeticDoes)
+{
+    std::mt19937 random(4); // a failure can be repeated
+    create();
+    int const high = 1'000'000;
+    dialog.SetRange(0, high, false);
+    dialog.OffsetPos(1, false); // to 0
+    std::vector<ExactLevel> levels;
+    for (int round = 0; round < 300; ++round) {
+        if (levels.size() < 4) {
+            int const steps = 1 + static_cast<int>(random() % 20);
+            int const step
+                = levels.empty() ? 0 : static_cast<int>(random() % unsigned(levels.back().steps));
+            if (levels.empty()) {
+                double const pos = dialog.GetPos(false);
+                levels.push_back({ pos, high - pos, steps });
+            } else {
+                EXPECT_TRUE(dialog.SetSubRangePos(step, false));
+                ExactLevel const &below = levels.back();
+                levels.push_back({ below.at(step), below.width / below.steps, steps });
+            }
+            EXPECT_EQ(dialog.PushSubRange(steps, false), static_cast<int>(levels.size()) - 1);
+        } else {
+            std::size_t const left = random() % 4;
+            double const end = levels[left].start + levels[left].width;
+            int const count = left == 3 ? dialog.PullSubRange(false)
+                                        : dialog.PullToSubRange(static_cast<int>(left), false);
+            ASSERT_EQ(count, static_cast<int>(left));
+            // A step of one per cent, and one unit for each level that was truncated.
+            ASSERT_NEAR(dialog.GetPos(false), end, high / 100.0 + 4) << "round " << round;
+            levels.resize(left);
+        }
+        if (levels.empty()) { // begin again
+            dialog.SetRange(0, high - 1, false);
+            dialog.SetRange(0, high, false);
+            dialog.OffsetPos(1, false);
+        }
+    }
+}
+
+TEST_F(ProgressDlg, StepCountsOfSubRangesKeepTheirForms)
+{
+    create();
+    dialog.SetRange(0, 500);
+    EXPECT_EQ(dialog.PullSubRange(), -1);
+    EXPECT_EQ(dialog.PullToSubRange(0), 0);
+    EXPECT_FALSE(dialog.SetSubRangePos(1));
+    dialog.SetPos(100);
+    EXPECT_EQ(dialog.PushSubRange(4), 0);
+    EXPECT_TRUE(dialog.SetSubRangePos(2));
+    EXPECT_EQ(dialog.GetPos(), 300);
+    dialog.SetNextSubRangeStepCount(2); // 300 to 500
+    EXPECT_EQ(dialog.PushSubRange(10), 1);
+    dialog.SetSubRangePos(5);
+    EXPECT_EQ(dialog.GetPos(), 400);
+    EXPECT_THROW(dialog.PullToSubRange(-1), CXInvalidArgException *);
+    XDeleteThreadException();
+    EXPECT_EQ(dialog.PullToSubRange(1), 1);
+    EXPECT_EQ(dialog.PullToSubRange(7), 1);
+    dialog.SetNextSubRangeStepCount(6); // 600 is beyond 500: 500 - 600 = -100 steps
+    dialog.PushSubRange(10);            // 300 to 300 - 10000
+    dialog.SetSubRangePos(1);
+    EXPECT_EQ(dialog.GetPos(), 0) << "limited";
+    EXPECT_EQ(dialog.PullSubRange(), 1);
+    EXPECT_EQ(dialog.PullSubRange(), 0);
+    EXPECT_EQ(dialog.GetPos(), 500);
+
+    dialog.SetPos(100);
+    dialog.SetNextSubRangeStepCount(450); // 550 is beyond 500: 500 - 450
+    dialog.PushSubRange(1);
+    dialog.PullSubRange();
+    EXPECT_EQ(dialog.GetPos(), 150);
+    dialog.PushSubRange(0); // no steps: nowhere, but no fault
+    EXPECT_TRUE(dialog.SetSubRangePos(0) && dialog.SetSubRangePos(1));
+}
+
+// --- What shows
+
+TEST_F(ProgressDlg, ShowsAtOnceOnTheMainThread)
+{
+    create();
+    EXPECT_TRUE(screen.is_visible && screen.has_timer && screen.has_cancel);
+    EXPECT_EQ(screen.title + L'/' + screen.status + L'/' + screen.cancel, L"Import/reading/Cancel");
+    EXPECT_FALSE(dialog.Create(nullptr, L"twice"));
+
+    dialog.SetProgressDlgMode(progressHideCancel | progressElapsed | progressElapsedMainBar);
+    EXPECT_FALSE(screen.has_cancel);
+    dialog.SetRange(0, 200);
+    dialog.now += ((2 * 60 + 61) * 60 + 5) * 1000 + 999;
+    int const pumps = back_end.pumps;
+    EXPECT_TRUE(dialog.SetPos(50));
+    EXPECT_EQ(screen.label[0], L"25 % - 01 mn 05 s elapsed") << "hours are not shown";
+    EXPECT_EQ(screen.taskbar, 25);
+    EXPECT_EQ(screen.updates, 1);
+    EXPECT_EQ(back_end.pumps, pumps + 1);
+
+    EXPECT_FALSE(screen.has_bar[1]);
+    dialog.SetStep(7, false);
+    dialog.SetPos(60, false);
+    EXPECT_TRUE(dialog.OffsetPos(3, false));
+    EXPECT_EQ(screen.label[1], L"67 %") << "moved by its step";
+    tick();
+    EXPECT_EQ(screen.label[1], L"63 %");
+    EXPECT_TRUE(screen.has_bar[1]);
+    EXPECT_EQ(screen.taskbar, 25);
+
+    dialog.SetPos(-5);
+    EXPECT_EQ(screen.label[0], L"0 % - 00 mn 00 s elapsed") << "the clock starts again";
+    dialog.SetIndeterminate(true);
+    EXPECT_TRUE(screen.is_marquee[0] && dialog.IsIndeterminate() && !dialog.IsIndeterminate(false));
+    dialog.EnableCancel(false);
+    on_worker([&] {
+        dialog.EnableCancel(true);
+        dialog.SetIndeterminate(false);
+        dialog.SetStep(50);
+        EXPECT_FALSE(dialog.IsIndeterminate() || dialog.Create(nullptr, L""));
+    });
+    EXPECT_TRUE(!screen.can_cancel && dialog.IsIndeterminate());
+    EXPECT_EQ(screen.step[0], 1);
+}
+
+TEST_F(ProgressDlg, ShowsWhatAWorkerStoresOnTheNextTick)
+{
+    create();
+    dialog.ShowWindow(false);
+    on_worker([&] {
+        dialog.SetTitle(L"title");
+        dialog.SetCancel(L"stop");
+        dialog.SetStatus(nullptr);
+        dialog.SetErrorMsg(L"error");
+        dialog.SetStatus(L"status");
+        EXPECT_TRUE(dialog.SetPos(40));
+        dialog.SetPos(70, false);
+    });
+    EXPECT_EQ(screen.title + L'/' + screen.status + L'/' + screen.label[0], L"Import/reading/0 %");
+    tick();
+    EXPECT_EQ(screen.title + L'/' + screen.cancel + L'/' + screen.status, L"title/stop/error");
+    EXPECT_EQ(screen.label[0] + L'/' + screen.label[1], L"40 %/70 %");
+    EXPECT_TRUE(screen.is_visible);
+    tick(1999);
+    EXPECT_EQ(screen.status, L"error");
+    tick(1);
+    EXPECT_EQ(screen.status, L"status");
+    dialog.SetErrorMsg(L"another");
+    dialog.SetStatus(L"at once");
+    EXPECT_EQ(screen.status, L"at once");
+}
+
+// --- Cancel and the end
+
+TEST_F(ProgressDlg, CancelIsSeenByWorkersAndStopsTheTexts)
+{
+    create();
+    back_end.events.push_back([&] { back_end.handler->OnCancel(); });
+    EXPECT_FALSE(dialog.SetPos(10)) << "clicked while messages were served";
+    EXPECT_EQ(dialog.GetPos(), 10);
+    EXPECT_FALSE(dialog.OffsetPos(1));
+    on_worker([&] {
+        EXPECT_TRUE(dialog.CheckCancelButton(true)) << "resets on the main thread only";
+        EXPECT_TRUE(dialog.OffsetPos(1));
+        EXPECT_FALSE(dialog.SetPos(90));
+        dialog.SetStatus(L"too late");
+    });
+    tick();
+    EXPECT_EQ(screen.status, L"reading");
+    EXPECT_TRUE(dialog.CheckCancelButton(true));
+    EXPECT_FALSE(dialog.CheckCancelButton(false));
+    tick();
+    EXPECT_EQ(screen.status, L"too late");
+
+    back_end.handler->OnCancel();
+    dialog.SetEndProcessMsg(L"done");
+    dialog.SetProgressDlgMode(progressKeepAtEnd);
+    dialog.DelayDestroy();
+    EXPECT_TRUE(dialog.HasWindow());
+    tick();
+    EXPECT_FALSE(dialog.HasWindow() || screen.is_visible || screen.has_timer || screen.has_ok);
+    EXPECT_EQ(screen.taskbar, -1);
+    EXPECT_TRUE(screen.is_there) << "not deleted by its own handler";
+    dialog.Destroy();
+    EXPECT_FALSE(screen.is_there);
+    create();
+    EXPECT_FALSE(dialog.CheckCancelButton(false)) << "a new process";
+    tick();
+    EXPECT_TRUE(dialog.HasWindow());
+}
+
+TEST_F(ProgressDlg, EndsAtOnceOrAfterItsLastMessage)
+{
+    create();
+    dialog.DelayDestroy();
+    EXPECT_FALSE(dialog.HasWindow() || screen.is_there);
+    create();
+    on_worker([&] { dialog.DelayDestroy(); });
+    EXPECT_TRUE(dialog.HasWindow());
+    tick();
+    EXPECT_FALSE(dialog.HasWindow());
+
+    auto const finish = [&] {
+        create();
+        dialog.SetProgressDlgMode(progressKeepAtEnd);
+        dialog.SetEndProcessMsg(L"12 files");
+        dialog.ShowWindow(false);
+        on_worker([&] { dialog.DelayDestroy(); });
+        tick();
+        EXPECT_EQ(screen.status, L"12 files");
+        EXPECT_TRUE(screen.is_visible && screen.has_ok && !screen.has_cancel);
+    };
+    finish();
+    tick(1999);
+    EXPECT_TRUE(dialog.HasWindow());
+    tick(1);
+    EXPECT_FALSE(dialog.HasWindow());
+    finish();
+    back_end.handler->OnOk();
+    EXPECT_FALSE(dialog.HasWindow());
+}
+
+// --- Messages and threads
+
+TEST_F(ProgressDlg, ServesNoMessagesFromWithinItsMessages)
+{
+    create();
+    int served = 0;
+    int pumps_within = -1;
+    back_end.events.push_back([&] {
+        int const pumps = back_end.pumps;
+        EXPECT_TRUE(dialog.SetPos(20));
+        dialog.SetStatus(L"from within");
+        tick();
+        pumps_within = back_end.pumps - pumps;
+    });
+    back_end.events.push_back([&] { ++served; });
+    dialog.SetPos(10);
+    EXPECT_EQ(pumps_within, 0);
+    EXPECT_EQ(served, 1);
+
+    back_end.events.push_back([] { throw 1; });
+    EXPECT_THROW(dialog.SetPos(30), int);
+    back_end.events.push_back([&] { ++served; });
+    dialog.SetPos(40);
+    EXPECT_EQ(served, 2) << "messages are served again after an exception";
+    back_end.events.push_back([&] { dialog.Destroy(); });
+    EXPECT_TRUE(dialog.SetPos(50));
+    EXPECT_FALSE(screen.is_there || dialog.SetPos(60));
+}
+
+TEST_F(ProgressDlg, AWorkerReportsWhileTheWindowShows)
+{
+    create();
+    dialog.SetProgressDlgMode(progressElapsed);
+    std::thread worker([&] {
+        for (int round = 0; round < 20; ++round) {
+            dialog.SetRange(0, 100 + round);
+            dialog.PushSubRange(100);
+            for (int step = 0; step <= 100; ++step) {
+                dialog.SetSubRangePos(step);
+                dialog.OffsetPos(1, false);
+                dialog.SetStatus(std::to_wstring(step).c_str());
+                dialog.SetTitle(step % 2 == 0 ? L"even" : L"odd");
+            }
+            dialog.PullSubRange();
+            dialog.SetErrorMsg(L"a round");
+        }
+        dialog.SetEndProcessMsg(L"all");
+        dialog.SetProgressDlgMode(progressKeepAtEnd);
+        dialog.DelayDestroy();
+    });
+    while (dialog.HasWindow()) {
+        tick();
+        EXPECT_GE(screen.pos[0], 0);
+        EXPECT_LE(screen.pos[0], 100);
+        std::this_thread::yield();
+    }
+    worker.join();
+    EXPECT_EQ(screen.pos[0], 100);
+    EXPECT_EQ(screen.title, L"even");
+}
+
+} // namespace
