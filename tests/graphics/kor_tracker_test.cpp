@@ -32,13 +32,6 @@ protected:
     RecordingWindow m_window { CXSize(400, 300) };
 };
 
-// The events as letters: begin, changed, end, cancelled.
-void note_event(CKorTracker *tracker, CKorTracker::Event event, void *data)
-{
-    *static_cast<std::string *>(data) += "bxec"[event];
-    EXPECT_EQ(tracker->IsTracking(), event < CKorTracker::trackEnd);
-}
-
 } // namespace
 
 TEST_F(Trackers, ShowHandlesWhereThereIsRoom)
@@ -154,39 +147,6 @@ TEST_F(Trackers, ObeyArrowKeys)
     m_window.keys_down = { 0x10 };
     tracker.OnKey(up_key, &bounds); // would grow to the right, too
     EXPECT_EQ(tracker.GetRect(), CRect(11, 10, 31, 20));
-}
-
-TEST_F(Trackers, FollowRecordedSessions)
-{
-    struct Row {
-        CPoint at;
-        char const *session;
-        CRect rect;
-        char const *events;
-    } const rows[] = {
-        { { 130, 130 }, "move 140 125 move 140 125 up 135 131", { 105, 101, 205, 161 }, "bxxe" },
-        { { 201, 161 }, "move 231 150 up 221 191", { 100, 100, 220, 190 }, "bxxe" },
-        { { 100, 100 }, "move 300 300 up 300 300", { 192, 152, 200, 160 }, "bxe" },
-        { { 130, 130 }, "move 140 125 key 65 key 27", { 100, 100, 200, 160 }, "bxc" },
-        { { 130, 130 }, "move 140 125 lost", { 100, 100, 200, 160 }, "bxc" },
-        { { 130, 130 }, "move 140 125", { 100, 100, 200, 160 }, "bxc" }, // the window went
-        { { 10, 10 }, "", { 100, 100, 200, 160 }, "" },
-    };
-    for (Row const &row : rows) {
-        SCOPED_TRACE(row.session);
-        CKorTracker tracker(CRect(100, 100, 200, 160), CKorTracker::solidLine);
-        std::string events;
-        tracker.SetCallback(note_event, &events);
-        m_window.record(row.session);
-        bool const is_changed = tracker.Track(&m_window, row.at);
-        EXPECT_EQ(is_changed, row.rect != CRect(100, 100, 200, 160));
-        EXPECT_EQ(tracker.GetRect(), row.rect);
-        EXPECT_EQ(events, row.events);
-        EXPECT_EQ(m_window.take_calls(),
-            *row.events ? (Calls { "capture", "hide", "release" }) : Calls {});
-        EXPECT_FALSE(tracker.IsTracking());
-    }
-    EXPECT_EQ(m_window.invalid & CRect(98, 98, 207, 163), CRect(98, 98, 207, 163));
 }
 
 TEST_F(Trackers, DrawRubberBands)

@@ -5,6 +5,7 @@
 //
 // What the user does waits, in the order of the calls, until somebody serves the events of the
 // thread (PumpMessages(), Run(), WaitForInput(), a modal loop): nothing is handled within a call.
+// What waits for a frame or window that was deleted meanwhile is forgotten.
 // A driver prefers the events of the window system itself to calls of the back end. All positions
 // are those of the client area of a frame's view; the frame is visible.
 #pragma once
