@@ -77,7 +77,6 @@
 #include "kortools/app/first_launch.h"
 #include "kortools/app/log.h"
 #include "kortools/app/log_events.h"
-#include "kortools/app/log_info.h"
 #include "kortools/app/parallel.h"
 #include "kortools/app/progress_callback.h"
 #include "kortools/app/start.h"
@@ -103,6 +102,7 @@
 #include "kortools/graphics/wide_color.h"
 
 #include "kortools/ui/back_end.h"
+#include "kortools/ui/log_info.h"
 #include "kortools/ui/pixels.h"
 #include "kortools/ui/progress_dlg.h"
 #include "kortools/ui/progress_window.h"

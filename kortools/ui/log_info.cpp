@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kortools/app/log_info.h"
+#include "kortools/ui/log_info.h"
 
 #include "kortools/archive/archive.h"
 
