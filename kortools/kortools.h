@@ -106,6 +106,7 @@
 #include "kortools/ui/pixels.h"
 #include "kortools/ui/progress_dlg.h"
 #include "kortools/ui/progress_window.h"
+#include "kortools/ui/string_match_menu.h"
 #include "kortools/ui/view_frame.h"
 #include "kortools/ui/window.h"
 #include "kortools/ui/window_handler.h"

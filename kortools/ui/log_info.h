@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
-// CLogInfo: the messages of one load or save, as they are shown to the user afterwards. They are
-// independent of the log file.
+// CLogInfo: the messages of one load or save, and the dialog that shows them to the user
+// afterwards. They are independent of the log file.
 //
-//   CLogInfo messages(1);
+//   CLogInfo messages(1, parent);
 //   messages.Add(L"2 textures are missing");
 //   messages.Add(L"wood.png", 1);
 //   messages.Add(L"searched in C:\\textures", 2);
-//   messages.GetText() // "2 textures are missing\n\twood.png\n"
+//   messages.GetText(); // "2 textures are missing\n\twood.png\n"
+//   messages.DoModal();
 #pragma once
 
 #include "kortools/core/array.h"
 #include "kortools/core/xstring.h"
 #include "kortools/export.h"
+
+class CWnd;
 
 struct IoLogInfo {
     CXTString<wchar_t> m_text;
@@ -20,8 +23,11 @@ struct IoLogInfo {
 
 class KORTOOLS_API CLogInfo {
 public:
-    // `level` is that of the deepest messages to be shown.
-    explicit CLogInfo(unsigned int level = 0xFFFFFFFF);
+    // `level` is that of the deepest messages to be shown; `parent` is the window that is disabled
+    // while the dialog shows, or null.
+    explicit CLogInfo(unsigned int level = 0xFFFFFFFF, CWnd *parent = nullptr);
+    explicit CLogInfo(CXArray<IoLogInfo> const &messages, unsigned int level = 0xFFFFFFFF,
+        CWnd *parent = nullptr);
 
     void Add(CXTString<wchar_t> const &text, unsigned int level = 0);
     CXArray<IoLogInfo> const &GetMessages() const { return m_messages; }
@@ -33,7 +39,13 @@ public:
     CXTString<wchar_t> GetText() const;
     static constexpr unsigned int max_tabs = 32;
 
+    // Shows GetText() under the product's name until the user closes it; nothing when it is empty.
+    // 1, or -1 where no window can be shown: on another thread than the main one, and without a
+    // back end.
+    int DoModal() const;
+
 private:
     CXArray<IoLogInfo> m_messages;
     unsigned int m_level;
+    CWnd *m_parent;
 };

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/ui/progress_dlg.h"
 
-#include "kortools/app/thread_registry.h"
 #include "kortools/platform/clock.h"
-#include "kortools/platform/threads.h"
 #include "kortools/text/resource_strings.h"
 #include "kortools/ui/back_end.h"
+#include "kortools/ui/main_thread.h"
 #include "kortools/ui/progress_display.h"
 
 using namespace kortools::ui;
@@ -13,11 +12,6 @@ using namespace kortools::ui;
 namespace {
 
 constexpr unsigned int cancel_text = 5521;
-
-bool is_main_thread()
-{
-    return kortools::platform::get_current_thread_id() == GetApplicationMainThreadID();
-}
 
 int get_index(bool main_bar)
 {
