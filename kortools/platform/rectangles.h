@@ -52,13 +52,13 @@ constexpr void offset(Rectangle &rect, int dx, int dy)
         wrap_add(rect.bottom, dy) };
 }
 
-// These return whether the result has an area; when it has none it is all zero.
+// These return whether the result has an area; when it has none it is all zero. What an empty
+// rectangle has in common with another one is empty, too.
 constexpr bool intersect(Rectangle &result, Rectangle const &a, Rectangle const &b)
 {
     Rectangle const common { std::max(a.left, b.left), std::max(a.top, b.top),
         std::min(a.right, b.right), std::min(a.bottom, b.bottom) };
-    bool const has_area
-        = !portable::is_empty(a) && !portable::is_empty(b) && !portable::is_empty(common);
+    bool const has_area = !portable::is_empty(common);
     result = has_area ? common : Rectangle {};
     return has_area;
 }
