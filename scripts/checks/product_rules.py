@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Rules on what is built: exported names, and clang-tidy over the sources."""
+import concurrent.futures
 import hashlib
 import json
 import os
@@ -12,7 +13,9 @@ PRODUCTS = {
     "linux": (pathlib.Path("build/release/kortools/libKorTools.Qxl.so.16"), "release"),
     "windows": (pathlib.Path("build/windows/kortools/KorTools.Qxl.16.dll"), "windows"),
 }
-TIDY_CACHE = pathlib.Path("build/check/tidy")
+# Beside the compiler's cache, so that all checkouts share what one of them has found to be clean.
+TIDY_CACHE = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache",
+                          "kortools", "tidy")
 
 
 def list_of_exports(system):
@@ -48,18 +51,17 @@ def exports():
             yield f"{list_of_exports(system)}: lost: {name}"
 
 
-def digest(command, source):
+def digest(command, source, settings):
     """Changes when the source, a header it includes, the flags or the settings change."""
     parts = re.sub(r" -[oc] \S+", "", command).split()
     preprocessed = tree.run([part.replace('\\"', '"') for part in parts if part != "ccache"
                              and not part.endswith("/ccache")] + ["-E", "-P", "-C", source])
-    content = (preprocessed.stdout + command + pathlib.Path(".clang-tidy").read_text()
-               + tree.run(["clang-tidy", "--version"]).stdout)
+    content = preprocessed.stdout + command.replace(os.getcwd(), "") + settings
     return hashlib.sha256(content.encode()).hexdigest()
 
 
 def tidy():
-    """clang-tidy has no complaint; results are kept by content in build/check/tidy."""
+    """clang-tidy has no complaint; what was clean is remembered by its content."""
     database = pathlib.Path("build/release/compile_commands.json")
     if not database.exists():
         yield f"{database}: missing; configure the preset 'release' first"
@@ -70,7 +72,10 @@ def tidy():
     entries = [(source, command) for source, command in entries
                if source.startswith(("kortools/", "apps/"))]
     TIDY_CACHE.mkdir(parents=True, exist_ok=True)
-    stamps = {source: TIDY_CACHE / digest(command, source) for source, command in entries}
+    settings = pathlib.Path(".clang-tidy").read_text() + tree.run(["clang-tidy", "--version"]).stdout
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        digests = pool.map(lambda entry: digest(entry[1], entry[0], settings), entries)
+    stamps = {source: TIDY_CACHE / name for (source, _), name in zip(entries, digests)}
     waiting = [source for source, stamp in stamps.items() if not stamp.exists()]
     results = tree.run_all([["clang-tidy", "--quiet", "--extra-arg=-Wno-unknown-warning-option",
                              "-p", database.parent, source] for source in waiting])
