@@ -51,28 +51,6 @@ ContentFacts::Point ContentFacts::Box::GetCorner(unsigned int number) const
     return corner;
 }
 
-ContentFacts::Matrix ContentFacts::Multiply(Matrix const &a, Matrix const &b)
-{
-    Matrix product {};
-    for (std::size_t row = 0; row < 16; row += 4) {
-        for (std::size_t column = 0; column < 4; ++column) {
-            for (std::size_t i = 0; i < 4; ++i)
-                product[row + column] += a[row + i] * b[4 * i + column];
-        }
-    }
-    return product;
-}
-
-ContentFacts::Point ContentFacts::Transform(Matrix const &matrix, Point const &point)
-{
-    Point result {};
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        double const *const row = matrix.data() + 4 * axis;
-        result[axis] = row[0] * point[0] + row[1] * point[1] + row[2] * point[2] + row[3];
-    }
-    return result;
-}
-
 bool ContentFacts::OnProgress(double fraction)
 {
     m_document.done
@@ -105,14 +83,14 @@ bool ContentFacts::OnNode(CIoNode const &node)
     Matrix matrix;
     std::copy(std::begin(node.m_transform), std::end(node.m_transform), matrix.begin());
     if (node.m_parent >= 0)
-        matrix = Multiply(m_nodes[static_cast<std::size_t>(node.m_parent)], matrix);
+        matrix = kor_apps::multiply(m_nodes[static_cast<std::size_t>(node.m_parent)], matrix);
     m_nodes.push_back(matrix);
     unsigned long long faces = 0;
     for (int const number : node.m_meshes) {
         Mesh const &mesh = m_meshes[static_cast<std::size_t>(number)];
         faces += mesh.faces;
         for (unsigned int corner = 0; corner < 8; ++corner)
-            m_shown.Add(Transform(matrix, mesh.box.GetCorner(corner)));
+            m_shown.Add(kor_apps::transform(matrix, mesh.box.GetCorner(corner)));
     }
     if (!node.m_meshes.empty())
         add_group(m_groups, node.m_name, faces);

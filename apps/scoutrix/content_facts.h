@@ -3,6 +3,7 @@
 // colour. Geometry and pixels pass by.
 #pragma once
 
+#include "apps/common/transform.h"
 #include "apps/scoutrix/document.h"
 #include "kortools/files/plugin_files.h"
 
@@ -31,8 +32,8 @@ public:
     void Store(SceneFile &file) const;
 
 private:
-    using Matrix = std::array<double, 16>; // four rows, for column vectors
-    using Point = std::array<double, 3>;
+    using Matrix = kor_apps::Matrix;
+    using Point = kor_apps::Point3;
 
     struct Box {
         Point low {};
@@ -49,8 +50,6 @@ private:
         Box box; // in its own coordinates
     };
 
-    static Matrix Multiply(Matrix const &a, Matrix const &b);
-    static Point Transform(Matrix const &matrix, Point const &point);
     void StoreBitmap(CCustomData &properties) const;
     void StoreMesh(SceneFile &file) const;
 

@@ -19,22 +19,6 @@ bool refuse(Document &document, ExitCode code, Text const &reason)
     return false;
 }
 
-ExitCode get_exit_code(IoPluginResult result)
-{
-    switch (result) {
-    case ioNoPlugin:
-        return exit_unknown;
-    case ioCannotRead:
-        return exit_missing;
-    case ioNoMemory:
-    case ioFailed:
-    case ioFaultyPlugin:
-        return exit_failed;
-    default:
-        return exit_damaged;
-    }
-}
-
 void take(Document &document, SceneFile file)
 {
     document.file = std::move(file);
@@ -84,6 +68,22 @@ void load_by_type(Document &document)
 }
 
 } // namespace
+
+ExitCode get_exit_code(IoPluginResult result)
+{
+    switch (result) {
+    case ioNoPlugin:
+        return exit_unknown;
+    case ioCannotRead:
+        return exit_missing;
+    case ioNoMemory:
+    case ioFailed:
+    case ioFaultyPlugin:
+        return exit_failed;
+    default:
+        return exit_damaged;
+    }
+}
 
 bool test_path(Document &document, unsigned int timeout)
 {

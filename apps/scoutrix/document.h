@@ -6,7 +6,7 @@
 
 #include "apps/scene/scene.h"
 #include "apps/scoutrix/exit_codes.h"
-#include "kortools/files/file_types.h"
+#include "kortools/files/plugin_files.h"
 
 #include <atomic>
 #include <chrono>
@@ -34,6 +34,9 @@ struct Document {
 // True when the path names a file, whose size it stores; else the document has the error. Waits for
 // the disk up to `timeout` milliseconds.
 bool test_path(Document &document, unsigned int timeout);
+
+// What a plug-in's answer is to scripts.
+ExitCode get_exit_code(IoPluginResult result);
 
 // Loads a document whose path was tested; what goes wrong is its error. On any thread; returns soon
 // when that is to be cancelled.
