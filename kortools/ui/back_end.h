@@ -48,7 +48,7 @@ public:
         CWnd *parent, ProgressWindowHandler &handler)
         = 0;
 
-    // Hidden at first.
+    // Hidden at first. The handler may be told a size before the frame is returned.
     virtual std::unique_ptr<ViewFrame> CreateViewFrame(
         WindowHandler &handler, ViewKind kind, wchar_t const *title)
         = 0;

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// scoutrix-view on Qt.
+#include "apps/viewer/viewer.h"
+#include "kortools/app/start.h"
+#include "kortools/platform/terminal.h"
+#include "kortools/ui/qt/back_end.h"
+
+int main(int argc, char **argv)
+{
+    kortools::platform::prepare_standard_streams();
+    InitBrantisApplication("scoutrix-view", nullptr, korFileTypes);
+    int const code = viewer::run_viewer(
+        kortools::platform::get_utf8_arguments(argc, argv), kortools::ui::qt::install_back_end);
+    CloseBrantisApplication(korFileTypes | korAllState);
+    return code;
+}
