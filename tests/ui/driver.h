@@ -127,6 +127,7 @@ public:
     // --- Fields of the host's own
 
     // As attach_edit() makes it of a new native field, empty, which the driver keeps till its end.
+    // Null when the window system has none.
     virtual std::unique_ptr<CEdit> make_edit(bool has_many_lines) = 0;
 
     // --- Progress windows, visible

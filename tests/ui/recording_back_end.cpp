@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/ui/recording_back_end.h"
 
+#include "kortools/archive/archive.h"
+
 #include <algorithm>
 #include <future>
 #include <utility>

@@ -1,64 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/ui/recording_back_end.h"
 
-#include <algorithm>
-
 namespace kor_test {
 namespace {
-
-// Nobody asks a field for more than its text.
-class RecordingEdit : public CEdit {
-public:
-    CXTString<wchar_t> GetText() const override { return m_text.c_str(); }
-    void SetText(wchar_t const *text) override
-    {
-        m_text = text;
-        SetSel(0, 0);
-    }
-    void GetSel(int &start, int &end) const override
-    {
-        start = m_start;
-        end = m_end;
-    }
-    void SetSel(int start, int end) override
-    {
-        int const length = int(m_text.size());
-        m_start = std::clamp(start, 0, length);
-        m_end = std::clamp(end, m_start, length);
-    }
-    void ReplaceSel(wchar_t const *text) override
-    {
-        std::wstring const inserted = text;
-        m_text.replace(std::size_t(m_start), std::size_t(m_end - m_start), inserted);
-        m_start = m_end = m_start + int(inserted.size());
-    }
-
-    CXSize GetClientSize() const override { return { 200, 20 }; }
-    int GetTextWidth(wchar_t const *, int length) const override { return 8 * length; }
-    bool HasScrollBar(ScrollBar) const override { return false; }
-    CXSize GetScrollBarSize() const override { return {}; }
-    void SetScrollInfo(ScrollBar, kortools::ui::ScrollRange const &) override { }
-    void SetRedraw(bool) override { }
-    void Invalidate(bool) override { }
-    void InvalidateRect(CXRect const &, bool) override { }
-    void UpdateWindow() override { }
-    void ShowRubberBand(CXRect const &) override { }
-    void HideRubberBand() override { }
-    CXPoint GetCursorPos() const override { return {}; }
-    void SetCursor(kortools::ui::CursorShape) override { }
-    bool IsKeyDown(unsigned int) const override { return false; }
-    void SetCapture() override { }
-    void ReleaseCapture() override { }
-    bool WaitForInput(kortools::ui::InputEvent &) override { return false; }
-    void SetTimer(unsigned int, unsigned int) override { }
-    void KillTimer(unsigned int) override { }
-    int TrackPopupMenu(CXPoint const &, CXArray<CXTString<wchar_t>> const &) override { return -1; }
-
-private:
-    std::wstring m_text;
-    int m_start = 0;
-    int m_end = 0;
-};
 
 class RecordingDriver : public Driver {
 public:
@@ -100,7 +44,7 @@ public:
     {
         m_back_end.answer_next(std::move(answer));
     }
-    std::unique_ptr<CEdit> make_edit(bool) override { return std::make_unique<RecordingEdit>(); }
+    std::unique_ptr<CEdit> make_edit(bool) override { return nullptr; }
     ProgressContents read(kortools::ui::ProgressWindow &window) override
     {
         return static_cast<RecordingProgress &>(window).contents;

@@ -2,7 +2,7 @@
 // Frames and views: sizes, scroll bars, input, timers.
 #include "tests/ui/battery.h"
 
-#include "kortools/graphics/kor_tracker.h"
+#include "kortools/archive/archive.h"
 
 #include <algorithm>
 
