@@ -24,7 +24,7 @@ LONGER = {}  # path: reason
 
 def format():
     """Layout as clang-format makes it."""
-    paths = tree.select("kortools", "apps", "plugins", "tests", "bench", "fuzz")
+    paths = tree.select("kortools", "apps", "plugins", "tests", "bench", "fuzz", "docs")
     size = 20
     batches = [paths[i:i + size] for i in range(0, len(paths), size)]
     for result in tree.run_all([["clang-format", "--dry-run", "-Werror", *batch]
