@@ -2,7 +2,6 @@
 #include "kortools/ui/log_info.h"
 
 #include "kortools/app/application.h"
-#include "kortools/archive/archive.h"
 #include "kortools/ui/back_end.h"
 #include "kortools/ui/main_thread.h"
 

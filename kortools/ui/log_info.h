@@ -10,6 +10,7 @@
 //   messages.DoModal();
 #pragma once
 
+#include "kortools/archive/archive.h"
 #include "kortools/core/array.h"
 #include "kortools/core/xstring.h"
 #include "kortools/export.h"

@@ -165,6 +165,7 @@ void ProgressDisplay::end(long long now)
 void ProgressDisplay::show_end_message(CXTString<wchar_t> const &message, long long now)
 {
     m_state.end_message.set(L"");
+    m_state.take(pendingStatus); // is older
     m_end_shown = now;
     m_error_shown = never;
     m_window->SetStatus(message);

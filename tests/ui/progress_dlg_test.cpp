@@ -3,12 +3,10 @@
 
 #include "kortools/archive/exception.h"
 #include "kortools/text/string_table.h"
-#include "kortools/ui/back_end.h"
 #include "tests/support/thread_language.h"
+#include "tests/ui/recording_back_end.h"
 
-#include <array>
 #include <atomic>
-#include <deque>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -16,103 +14,50 @@
 #include <thread>
 #include <vector>
 
+using namespace kor_test;
 using namespace kortools::ui;
 
 namespace {
 
-// What a user would see.
-struct Screen {
-    bool is_there = false; // the window was not deleted
-    bool is_visible = false;
-    bool has_cancel = false;
-    bool can_cancel = true;
-    bool has_ok = false;
-    bool has_timer = false;
-    std::wstring title, status, cancel;
-    std::array<bool, 2> has_bar { true, false };
-    std::array<int, 2> pos {};
-    std::array<int, 2> step { 10, 10 };
-    std::array<std::wstring, 2> label;
-    std::array<bool, 2> is_marquee {};
-    int taskbar = -1;
-    int updates = 0;
-};
-
-class FakeWindow : public ProgressWindow {
+// A window whose timer is the test's.
+class Window : public RecordingProgress {
 public:
-    explicit FakeWindow(Screen &screen)
-        : m_screen(screen)
-    {
-        m_screen = {};
-        m_screen.is_there = true;
-    }
-    ~FakeWindow() override { m_screen.is_there = false; }
-    void Show(bool show) override { m_screen.is_visible = show; }
-    bool IsVisible() const override { return m_screen.is_visible; }
-    void SetTitle(wchar_t const *text) override { m_screen.title = text; }
-    void SetStatus(wchar_t const *text) override { m_screen.status = text; }
-    void ShowBar(int bar, bool show) override { m_screen.has_bar.at(index(bar)) = show; }
-    void SetBarPos(int bar, int percent) override { m_screen.pos.at(index(bar)) = percent; }
-    int GetBarPos(int bar) const override { return m_screen.pos.at(index(bar)); }
-    void SetBarStep(int bar, int percent) override { m_screen.step.at(index(bar)) = percent; }
-    void StepBar(int bar) override { m_screen.pos.at(index(bar)) += m_screen.step.at(index(bar)); }
-    void SetBarText(int bar, wchar_t const *text) override { m_screen.label.at(index(bar)) = text; }
-    void SetMarquee(int bar, bool on) override { m_screen.is_marquee.at(index(bar)) = on; }
-    void SetCancelText(wchar_t const *text) override { m_screen.cancel = text; }
-    void EnableCancel(bool enable) override { m_screen.can_cancel = enable; }
-    void ShowCancel(bool show) override { m_screen.has_cancel = show; }
-    void ShowOkButton(wchar_t const *text, int width) override
-    {
-        m_screen.has_ok = std::wstring(text) == L"OK" && width == 100;
-    }
-    void SetTaskbarPos(int percent) override { m_screen.taskbar = percent; }
-    void UpdateWindow() override { ++m_screen.updates; }
+    using RecordingProgress::RecordingProgress;
+    void UpdateWindow() override { ++updates; }
     void SetTimer(unsigned int id, unsigned int milliseconds) override
     {
-        m_screen.has_timer = id == 4896 && milliseconds == 500;
+        has_timer = id == 4896 && milliseconds == 500;
     }
-    void KillTimer(unsigned int) override { m_screen.has_timer = false; }
+    void KillTimer(unsigned int) override { has_timer = false; }
 
-private:
-    static std::size_t index(int bar) { return static_cast<std::size_t>(bar); }
+    std::wstring get_texts() const { return contents.title + L'/' + contents.status; }
+    std::wstring const &get_label(std::size_t bar = 0) const { return contents.bars.at(bar).label; }
 
-    Screen &m_screen;
+    int updates = 0;
+    bool has_timer = false;
 };
 
 // Installed while it lives.
-class FakeBackEnd : public BackEnd {
+class PumpedBackEnd : public RecordingBackEnd {
 public:
-    FakeBackEnd() { set_back_end(this); }
-    ~FakeBackEnd() override { set_back_end(nullptr); }
-    char const *GetName() const override { return "fake"; }
-    int ShowMessageBox(wchar_t const *, wchar_t const *, unsigned int) override { return 1; }
-    void ShowText(CWnd *, wchar_t const *, wchar_t const *) override { }
+    PumpedBackEnd() { set_back_end(this); }
+    ~PumpedBackEnd() override { set_back_end(nullptr); }
     std::unique_ptr<ProgressWindow> CreateProgressWindow(
-        CWnd *, ProgressWindowHandler &progress_handler) override
+        CWnd *, ProgressWindowHandler &handler) override
     {
-        handler = &progress_handler;
-        return std::make_unique<FakeWindow>(screen);
-    }
-    std::unique_ptr<ViewFrame> CreateViewFrame(WindowHandler &, ViewKind, wchar_t const *) override
-    {
-        return nullptr;
+        auto made = std::make_unique<Window>(*this, handler);
+        window = made.get();
+        is_there = made->alive;
+        return made;
     }
     bool PumpMessages() override
     {
         ++pumps;
-        while (!events.empty()) {
-            auto const event = std::move(events.front());
-            events.pop_front();
-            event();
-        }
-        return true;
+        return RecordingBackEnd::PumpMessages();
     }
-    int Run() override { return 0; }
-    void Quit(int) override { }
 
-    Screen screen;
-    ProgressWindowHandler *handler = nullptr; // of the last window
-    std::deque<std::function<void()>> events;
+    Window *window = nullptr; // the last one
+    std::weak_ptr<bool> is_there;
     int pumps = 0;
 };
 
@@ -135,12 +80,13 @@ protected:
     void tick(int milliseconds = 500)
     {
         dialog.now += milliseconds;
-        back_end.handler->OnTimer(4896);
+        back_end.window->handler.OnTimer(4896);
     }
+    ProgressContents const &seen() const { return back_end.window->contents; }
+    bool has_window() const { return dialog.HasWindow() && !back_end.is_there.expired(); }
 
     ThreadLanguage language { kortools::text::english };
-    FakeBackEnd back_end;
-    Screen &screen = back_end.screen;
+    PumpedBackEnd back_end;
     Dialog dialog;
 };
 
@@ -300,49 +246,49 @@ TEST_F(ProgressDlg, StepCountsOfSubRangesKeepTheirForms)
 TEST_F(ProgressDlg, ShowsAtOnceOnTheMainThread)
 {
     create();
-    EXPECT_TRUE(screen.is_visible && screen.has_timer && screen.has_cancel);
-    EXPECT_EQ(screen.title + L'/' + screen.status + L'/' + screen.cancel, L"Import/reading/Cancel");
+    Window &window = *back_end.window;
+    EXPECT_TRUE(seen().is_shown && window.has_timer && seen().is_cancel_shown);
+    EXPECT_EQ(window.get_texts() + L'/' + seen().cancel_text, L"Import/reading/Cancel");
     EXPECT_FALSE(dialog.Create(nullptr, L"twice"));
 
     dialog.SetProgressDlgMode(progressHideCancel | progressElapsed | progressElapsedMainBar);
-    EXPECT_FALSE(screen.has_cancel);
+    EXPECT_FALSE(seen().is_cancel_shown);
     dialog.SetRange(0, 200);
     dialog.now += ((2 * 60 + 61) * 60 + 5) * 1000 + 999;
     int const pumps = back_end.pumps;
     EXPECT_TRUE(dialog.SetPos(50));
-    EXPECT_EQ(screen.label[0], L"25 % - 01 mn 05 s elapsed") << "hours are not shown";
-    EXPECT_EQ(screen.taskbar, 25);
-    EXPECT_EQ(screen.updates, 1);
+    EXPECT_EQ(window.get_label(), L"25 % - 01 mn 05 s elapsed") << "hours are not shown";
+    EXPECT_EQ(seen().task_bar, 25);
+    EXPECT_EQ(window.updates, 1);
     EXPECT_EQ(back_end.pumps, pumps + 1);
 
-    EXPECT_FALSE(screen.has_bar[1]);
+    EXPECT_FALSE(seen().bars[1].is_shown);
     dialog.SetStep(7, false);
     dialog.SetPos(60, false);
     EXPECT_TRUE(dialog.OffsetPos(3, false));
-    EXPECT_EQ(screen.label[1], L"67 %") << "moved by its step";
+    EXPECT_EQ(window.get_label(1), L"67 %") << "moved by its step";
     tick();
-    EXPECT_EQ(screen.label[1], L"63 %");
-    EXPECT_TRUE(screen.has_bar[1]);
-    EXPECT_EQ(screen.taskbar, 25);
+    EXPECT_EQ(window.get_label(1), L"63 %");
+    EXPECT_TRUE(seen().bars[1].is_shown);
+    EXPECT_EQ(seen().task_bar, 25);
 
     dialog.SetPos(-5);
-    EXPECT_EQ(screen.label[0], L"0 % - 00 mn 00 s elapsed") << "the clock starts again";
+    EXPECT_EQ(window.get_label(), L"0 % - 00 mn 00 s elapsed") << "the clock starts again";
     dialog.SetIndeterminate(true);
-    EXPECT_TRUE(screen.is_marquee[0] && dialog.IsIndeterminate() && !dialog.IsIndeterminate(false));
     dialog.EnableCancel(false);
     on_worker([&] {
         dialog.EnableCancel(true);
         dialog.SetIndeterminate(false);
-        dialog.SetStep(50);
         EXPECT_FALSE(dialog.IsIndeterminate() || dialog.Create(nullptr, L""));
     });
-    EXPECT_TRUE(!screen.can_cancel && dialog.IsIndeterminate());
-    EXPECT_EQ(screen.step[0], 1);
+    EXPECT_TRUE(seen().bars[0].is_marquee && dialog.IsIndeterminate());
+    EXPECT_FALSE(dialog.IsIndeterminate(false) || seen().is_cancel_enabled);
 }
 
 TEST_F(ProgressDlg, ShowsWhatAWorkerStoresOnTheNextTick)
 {
     create();
+    Window &window = *back_end.window;
     dialog.ShowWindow(false);
     on_worker([&] {
         dialog.SetTitle(L"title");
@@ -353,18 +299,18 @@ TEST_F(ProgressDlg, ShowsWhatAWorkerStoresOnTheNextTick)
         EXPECT_TRUE(dialog.SetPos(40));
         dialog.SetPos(70, false);
     });
-    EXPECT_EQ(screen.title + L'/' + screen.status + L'/' + screen.label[0], L"Import/reading/0 %");
+    EXPECT_EQ(window.get_texts() + L'/' + window.get_label(), L"Import/reading/0 %");
     tick();
-    EXPECT_EQ(screen.title + L'/' + screen.cancel + L'/' + screen.status, L"title/stop/error");
-    EXPECT_EQ(screen.label[0] + L'/' + screen.label[1], L"40 %/70 %");
-    EXPECT_TRUE(screen.is_visible);
+    EXPECT_EQ(window.get_texts() + L'/' + seen().cancel_text, L"title/error/stop");
+    EXPECT_EQ(window.get_label() + L'/' + window.get_label(1), L"40 %/70 %");
+    EXPECT_TRUE(seen().is_shown);
     tick(1999);
-    EXPECT_EQ(screen.status, L"error");
+    EXPECT_EQ(seen().status, L"error");
     tick(1);
-    EXPECT_EQ(screen.status, L"status");
+    EXPECT_EQ(seen().status, L"status");
     dialog.SetErrorMsg(L"another");
     dialog.SetStatus(L"at once");
-    EXPECT_EQ(screen.status, L"at once");
+    EXPECT_EQ(seen().status, L"at once");
 }
 
 // --- Cancel and the end
@@ -372,7 +318,7 @@ TEST_F(ProgressDlg, ShowsWhatAWorkerStoresOnTheNextTick)
 TEST_F(ProgressDlg, CancelIsSeenByWorkersAndStopsTheTexts)
 {
     create();
-    back_end.events.push_back([&] { back_end.handler->OnCancel(); });
+    back_end.post([&] { back_end.window->act(ProgressAction::Cancel); });
     EXPECT_FALSE(dialog.SetPos(10)) << "clicked while messages were served";
     EXPECT_EQ(dialog.GetPos(), 10);
     EXPECT_FALSE(dialog.OffsetPos(1));
@@ -383,37 +329,38 @@ TEST_F(ProgressDlg, CancelIsSeenByWorkersAndStopsTheTexts)
         dialog.SetStatus(L"too late");
     });
     tick();
-    EXPECT_EQ(screen.status, L"reading");
+    EXPECT_EQ(seen().status, L"reading");
     EXPECT_TRUE(dialog.CheckCancelButton(true));
     EXPECT_FALSE(dialog.CheckCancelButton(false));
     tick();
-    EXPECT_EQ(screen.status, L"too late");
+    EXPECT_EQ(seen().status, L"too late");
 
-    back_end.handler->OnCancel();
+    back_end.window->act(ProgressAction::Cancel);
     dialog.SetEndProcessMsg(L"done");
     dialog.SetProgressDlgMode(progressKeepAtEnd);
     dialog.DelayDestroy();
     EXPECT_TRUE(dialog.HasWindow());
     tick();
-    EXPECT_FALSE(dialog.HasWindow() || screen.is_visible || screen.has_timer || screen.has_ok);
-    EXPECT_EQ(screen.taskbar, -1);
-    EXPECT_TRUE(screen.is_there) << "not deleted by its own handler";
+    EXPECT_FALSE(dialog.HasWindow());
+    ASSERT_FALSE(back_end.is_there.expired()) << "not deleted by its own handler";
+    EXPECT_FALSE(seen().is_shown || back_end.window->has_timer || seen().is_ok_shown);
+    EXPECT_EQ(seen().task_bar, -1);
     dialog.Destroy();
-    EXPECT_FALSE(screen.is_there);
+    EXPECT_TRUE(back_end.is_there.expired());
     create();
     EXPECT_FALSE(dialog.CheckCancelButton(false)) << "a new process";
     tick();
-    EXPECT_TRUE(dialog.HasWindow());
+    EXPECT_TRUE(has_window());
 }
 
 TEST_F(ProgressDlg, EndsAtOnceOrAfterItsLastMessage)
 {
     create();
     dialog.DelayDestroy();
-    EXPECT_FALSE(dialog.HasWindow() || screen.is_there);
+    EXPECT_TRUE(!dialog.HasWindow() && back_end.is_there.expired());
     create();
     on_worker([&] { dialog.DelayDestroy(); });
-    EXPECT_TRUE(dialog.HasWindow());
+    EXPECT_TRUE(has_window());
     tick();
     EXPECT_FALSE(dialog.HasWindow());
 
@@ -424,16 +371,17 @@ TEST_F(ProgressDlg, EndsAtOnceOrAfterItsLastMessage)
         dialog.ShowWindow(false);
         on_worker([&] { dialog.DelayDestroy(); });
         tick();
-        EXPECT_EQ(screen.status, L"12 files");
-        EXPECT_TRUE(screen.is_visible && screen.has_ok && !screen.has_cancel);
+        EXPECT_EQ(seen().status + L'/' + seen().ok_text, L"12 files/OK");
+        EXPECT_EQ(seen().ok_width, 100);
+        EXPECT_TRUE(seen().is_shown && seen().is_ok_shown && !seen().is_cancel_shown);
     };
     finish();
     tick(1999);
-    EXPECT_TRUE(dialog.HasWindow());
+    EXPECT_TRUE(has_window());
     tick(1);
     EXPECT_FALSE(dialog.HasWindow());
     finish();
-    back_end.handler->OnOk();
+    back_end.window->act(ProgressAction::Ok);
     EXPECT_FALSE(dialog.HasWindow());
 }
 
@@ -444,26 +392,26 @@ TEST_F(ProgressDlg, ServesNoMessagesFromWithinItsMessages)
     create();
     int served = 0;
     int pumps_within = -1;
-    back_end.events.push_back([&] {
+    back_end.post([&] {
         int const pumps = back_end.pumps;
         EXPECT_TRUE(dialog.SetPos(20));
         dialog.SetStatus(L"from within");
         tick();
         pumps_within = back_end.pumps - pumps;
     });
-    back_end.events.push_back([&] { ++served; });
+    back_end.post([&] { ++served; });
     dialog.SetPos(10);
     EXPECT_EQ(pumps_within, 0);
     EXPECT_EQ(served, 1);
 
-    back_end.events.push_back([] { throw 1; });
+    back_end.post([] { throw 1; });
     EXPECT_THROW(dialog.SetPos(30), int);
-    back_end.events.push_back([&] { ++served; });
+    back_end.post([&] { ++served; });
     dialog.SetPos(40);
     EXPECT_EQ(served, 2) << "messages are served again after an exception";
-    back_end.events.push_back([&] { dialog.Destroy(); });
+    back_end.post([&] { dialog.Destroy(); });
     EXPECT_TRUE(dialog.SetPos(50));
-    EXPECT_FALSE(screen.is_there || dialog.SetPos(60));
+    EXPECT_TRUE(!dialog.SetPos(60) && back_end.is_there.expired());
 }
 
 TEST_F(ProgressDlg, AWorkerReportsWhileTheWindowShows)
@@ -489,13 +437,11 @@ TEST_F(ProgressDlg, AWorkerReportsWhileTheWindowShows)
     });
     while (dialog.HasWindow()) {
         tick();
-        EXPECT_GE(screen.pos[0], 0);
-        EXPECT_LE(screen.pos[0], 100);
         std::this_thread::yield();
     }
     worker.join();
-    EXPECT_EQ(screen.pos[0], 100);
-    EXPECT_EQ(screen.title, L"even");
+    EXPECT_EQ(seen().bars[0].position, 100);
+    EXPECT_EQ(back_end.window->get_texts(), L"even/all");
 }
 
 } // namespace
