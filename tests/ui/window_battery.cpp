@@ -191,7 +191,9 @@ TEST_F(Windows, WaitForTheCapturedMouse)
     view().Invalidate(true);
     play("move 50 50 press 50 50 move -20 1000 up -30 900");
     EXPECT_TRUE(serve_until([&] { return !seen.empty() && seen.back().starts_with("event 4"); }));
-    std::erase_if(seen, [](std::string const &text) { return text.starts_with("event 0 50 50"); });
+    std::erase_if(seen, [](std::string const &text) { // window systems tell where the mouse is
+        return text.starts_with("event 0") && text != "event 0 -20 1000 0";
+    });
     for (std::string &text : seen) {
         if (text.starts_with("event 3") || text.starts_with("event 4"))
             text.erase(7, text.rfind(' ') - 7); // where the mouse is does not matter
@@ -272,10 +274,10 @@ TEST_F(Windows, ThrowWhatHandlersThrowWhereEventsAreServed)
     recorder.on_event = {};
     recorder.take_log();
     recorder.paints.clear();
-    press();
+    play("move 61 60 press 61 60 up 61 60");
     view().Invalidate(true);
     settle();
-    EXPECT_EQ(recorder.take_log(), (Log { "move 60 60", "press 60 60", "up 60 60" }));
+    EXPECT_EQ(recorder.take_log(), (Log { "move 61 60", "press 61 60", "up 61 60" }));
     EXPECT_EQ(recorder.paints.size(), 1U);
 }
 
