@@ -24,4 +24,9 @@ KORTOOLS_QT_API std::unique_ptr<CWnd> attach_widget(QWidget *widget, WindowHandl
 // A QLineEdit, QPlainTextEdit or QTextEdit of the host's own; a CXInvalidArgException for others.
 KORTOOLS_QT_API std::unique_ptr<CEdit> attach_edit(QWidget *widget);
 
+// The widget of a window of this back end, which a host may extend and a test may look at: the
+// client area of a view, whose window() is the frame, or the dialog. Null for other windows.
+KORTOOLS_QT_API QWidget *get_widget(CWnd &window);
+KORTOOLS_QT_API QWidget *get_widget(ProgressWindow &window);
+
 } // namespace kortools::ui::qt
