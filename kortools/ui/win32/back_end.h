@@ -21,4 +21,7 @@ KORTOOLS_API std::unique_ptr<CWnd> attach_window(void *native_window, WindowHand
 // An edit control of the host's own.
 KORTOOLS_API std::unique_ptr<CEdit> attach_edit(void *native_window);
 
+// The HWND of a window of this back end: of a frame's view, or what was attached. Null for others.
+KORTOOLS_API void *get_native_window(CWnd &window);
+
 } // namespace kortools::ui::win32
