@@ -16,6 +16,8 @@
 
 #include <commctrl.h>
 
+#undef MessageBox // a name of the driver, too
+
 using kortools::ui::CursorShape;
 using kortools::ui::ViewFrame;
 
