@@ -108,9 +108,11 @@ Modal describe_dialog(HWND window)
     }
     if (!is_box)
         return modal;
-    for (auto const &[place, button] : buttons)
+    for (auto const &[place, button] : buttons) {
         modal.buttons.push_back(GetDlgCtrlID(button));
-    modal.default_button = LOWORD(SendMessageW(window, DM_GETDEFID, 0, 0));
+        if ((GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON)
+            modal.default_button = modal.buttons.back();
+    }
     return modal;
 }
 
@@ -208,6 +210,14 @@ HWND make_caller()
         caller.hInstance, nullptr);
 }
 
+// Setting the pointer makes the mouse move once more, at some time. Messages that were posted do
+// not come here.
+LRESULT CALLBACK drop_echo(int code, WPARAM message, LPARAM lparam)
+{
+    return code >= 0 && message == WM_MOUSEMOVE ? 1
+                                                : CallNextHookEx(nullptr, code, message, lparam);
+}
+
 void point_at(HWND view, CXPoint const &position)
 {
     POINT screen = position;
@@ -240,6 +250,7 @@ CursorShape get_cursor_shape()
 
 class NativeDriver final : public Driver {
 public:
+    NativeDriver() { SetWindowsHookExW(WH_MOUSE, drop_echo, nullptr, GetCurrentThreadId()); }
     kortools::ui::BackEnd &install() override { return kortools::ui::win32::install_back_end(); }
     bool has_task_bar() const override { return false; }
     bool has_fonts() const override { return true; }

@@ -77,7 +77,7 @@ int NativeBackEnd::ShowMessageBox(wchar_t const *text, wchar_t const *title, uns
         = check(MessageBoxW(owner, text, title, (flags & ~UINT(MB_MODEMASK)) | modality));
     if (is_main)
         get_event_loop().calls.rethrow();
-    return answer;
+    return (flags & MB_TYPEMASK) == MB_OK ? IDOK : answer; // the close box cancels
 }
 
 } // namespace

@@ -254,6 +254,7 @@ bool ViewWindow::OnMouse(UINT message, WPARAM wparam, LPARAM lparam)
             calls.call([&] { m_handler.OnMouseMove(position); });
         return true;
     case WM_LBUTTONDOWN:
+        m_last_move.reset();
         SetFocus(m_handle);
         calls.call([&] { m_handler.OnLeftButtonDown(position); });
         return true;
