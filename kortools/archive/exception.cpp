@@ -5,7 +5,49 @@
 #include "kortools/archive/pending_exceptions.h"
 #include "kortools/platform/message_box.h"
 
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <iterator>
+#include <new>
+
 static constexpr unsigned int exception_schema = 1 | CXRuntimeClass::not_serializable;
+
+namespace kortools::archive {
+namespace {
+
+constexpr std::size_t reserve_size = 256; // bytes, more than any exception of the library has
+
+struct alignas(std::max_align_t) Reserve {
+    unsigned char bytes[reserve_size];
+};
+constinit Reserve s_reserves[32] = {};
+constinit std::atomic<bool> s_taken[std::size(s_reserves)] = {};
+
+void *take_reserve(std::size_t size)
+{
+    if (size <= reserve_size) {
+        for (std::size_t i = 0; i < std::size(s_reserves); ++i) {
+            if (!s_taken[i].exchange(true))
+                return &s_reserves[i];
+        }
+    }
+    throw std::bad_alloc();
+}
+
+bool give_back_reserve(void *block)
+{
+    for (std::size_t i = 0; i < std::size(s_reserves); ++i) {
+        if (block == &s_reserves[i]) {
+            s_taken[i] = false;
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+} // namespace kortools::archive
 
 KOR_IMPLEMENT_ABSTRACT_CLASS(CXException, CXObject, exception_schema)
 KOR_IMPLEMENT_ABSTRACT_CLASS(CXFileException, CXException, exception_schema)
@@ -17,6 +59,11 @@ KOR_IMPLEMENT_ABSTRACT_CLASS(CXInvalidArgException, CXException, exception_schem
 
 CXException::CXException(CXTString<wchar_t> const &message)
     : m_message(message)
+{
+}
+
+CXException::CXException(kortools::core::NoBlock none) noexcept
+    : m_message(none)
 {
 }
 
@@ -43,6 +90,18 @@ CXTString<wchar_t> CXException::GetErrorMessage() const
 void CXException::Delete()
 {
     delete this; // the language makes this nothing on a null pointer
+}
+
+void *CXException::operator new(std::size_t size)
+{
+    void *const block = std::malloc(size);
+    return block ? block : kortools::archive::take_reserve(size);
+}
+
+void CXException::operator delete(void *block) noexcept
+{
+    if (!kortools::archive::give_back_reserve(block))
+        std::free(block);
 }
 
 CXArchiveException::CXArchiveException(ArchiveExceptionType cause,

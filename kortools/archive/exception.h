@@ -40,7 +40,16 @@ public:
     // changes nothing.
     void Delete();
 
+    // Some room is kept for exceptions that are made when there is no memory: as many as may be
+    // pending on a few dozen threads.
+    static void *operator new(std::size_t size);
+    static void *operator new(std::size_t, void *place) noexcept { return place; }
+    static void operator delete(void *block) noexcept;
+    static void operator delete(void *, void *) noexcept { }
+
 protected:
+    explicit CXException(kortools::core::NoBlock none) noexcept; // without a message
+
     CXTString<wchar_t> m_message;
 
 private:
@@ -142,6 +151,10 @@ class KORTOOLS_API CXMemoryException : public CXException {
     KOR_DECLARE_CLASS(CXMemoryException)
 public:
     using CXException::CXException;
+    CXMemoryException() noexcept // takes no memory but its own
+        : CXException(kortools::core::NoBlock())
+    {
+    }
 };
 
 // Thrown after the user has already been told.

@@ -17,11 +17,17 @@
 #include <cstdlib>
 #include <string_view>
 
+namespace kortools::core {
+struct NoBlock { }; // asks for what is empty and takes no memory
+} // namespace kortools::core
+
 template <class T> class KORTOOLS_API CXTCharArray {
 public:
     static constexpr long long max_length = INT_MAX;
 
     CXTCharArray() { SetLength(0); } // a block of 16 characters
+
+    explicit CXTCharArray(kortools::core::NoBlock) noexcept { } // like a detached array
 
     explicit CXTCharArray(long long length) { SetLength(length); } // undefined characters
 

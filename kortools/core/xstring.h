@@ -57,6 +57,10 @@ public:
     }
     CXTString(T const *text);
     CXTString(T const *text, int length); // the first `length` characters, zeros included
+    explicit CXTString(kortools::core::NoBlock none) noexcept // empty, like a detached one
+        : m_text(none)
+    {
+    }
     explicit CXTString(T ch, int count = 1);
     CXTString(Other const *text);
     CXTString(CXTString<Other> const &text);
