@@ -23,18 +23,6 @@ constexpr unsigned int small_class_bit = 0x8000;
 constexpr unsigned int class_bit = 0x80000000;
 constexpr unsigned int last_index = 0x7FFFFFFE;
 
-// What it makes, where memory that is exhausted counts as it does elsewhere in the library.
-template <class Action> auto run_or_throw_memory(Action const &action)
-{
-    try {
-        return action();
-    } catch (std::bad_alloc const &) {
-        kortools::core::throw_out_of_memory();
-    } catch (std::length_error const &) {
-        kortools::core::throw_out_of_memory();
-    }
-}
-
 constexpr std::size_t stack_reserve = 128 * 1024; // bytes left to one object's own functions
 
 // The address that the calling thread's stack must stay above while objects nest; null when the
@@ -54,13 +42,20 @@ namespace kortools::archive {
 
 void StoreMap::insert(void const *address, unsigned int index)
 {
-    run_or_throw_memory([&] { m_indices.insert(address, index); });
+    kortools::core::translate_shortage([&] { m_indices.insert(address, index); });
 }
 
 void LoadArray::add_class(LoadedClass const &loaded)
 {
-    m_entries.push_back(m_classes.size() * 2 + class_bit);
-    m_classes.push_back(loaded);
+    kortools::core::translate_shortage([&] {
+        m_classes.push_back(loaded);
+        m_entries.push_back((m_classes.size() - 1) * 2 + class_bit);
+    });
+}
+
+void LoadArray::add_empty()
+{
+    kortools::core::translate_shortage([&] { m_entries.push_back(0); });
 }
 
 LoadArray::LoadedClass const *LoadArray::get_class(std::size_t index) const
@@ -79,27 +74,34 @@ CXObject *LoadArray::get_object(std::size_t index) const
 
 void LoadArray::begin_orphans()
 {
+    std::fill_n(m_entries.begin() + static_cast<std::ptrdiff_t>(m_firstOrphan), m_orphanCount, 0);
+    m_orphanCount = 0;
     m_firstOrphan = m_entries.size();
-    m_orphans.clear();
 }
 
-std::vector<CXObject *> const &LoadArray::get_orphans()
+// In place, because it may be memory that was missing.
+std::span<std::uintptr_t> LoadArray::get_orphans()
 {
-    for (; m_firstOrphan < m_entries.size(); ++m_firstOrphan) {
-        CXObject *const object = get_object(m_firstOrphan);
-        if (!object)
-            continue;
-        m_orphans.push_back(object);
-        m_entries[m_firstOrphan] = 0;
+    auto const first = m_entries.begin() + static_cast<std::ptrdiff_t>(m_firstOrphan);
+    auto const is_none
+        = [](std::uintptr_t entry) { return entry == 0 || (entry & class_bit) != 0; };
+    if (m_orphanCount == 0) {
+        auto const end = std::remove_if(first, m_entries.end(), is_none);
+        m_orphanCount = static_cast<std::size_t>(end - first);
+        std::fill(end, m_entries.end(), 0);
     }
-    return m_orphans;
+    return { first, m_orphanCount };
 }
 
 void LoadArray::delete_orphans()
 {
-    get_orphans();
-    for (; !m_orphans.empty(); m_orphans.pop_back())
-        delete m_orphans.back();
+    for (std::size_t count = get_orphans().size(); count > 0; --count) {
+        CXObject *const orphan = get_object(m_firstOrphan + count - 1);
+        m_entries[m_firstOrphan + count - 1] = 0;
+        m_orphanCount = count - 1;
+        delete orphan;
+    }
+    m_firstOrphan = m_entries.size();
 }
 
 // One level of objects inside each other, in either mode. Within it the archive's schema is that
@@ -141,14 +143,16 @@ using kortools::archive::StoreMap;
 inline StoreMap &CXArchive::GetStoreMap()
 {
     if (!m_storeMap) [[unlikely]]
-        m_storeMap = run_or_throw_memory([] { return std::make_unique<StoreMap>(); });
+        m_storeMap
+            = kortools::core::translate_shortage([] { return std::make_unique<StoreMap>(); });
     return *m_storeMap;
 }
 
 inline LoadArray &CXArchive::GetLoadArray()
 {
     if (!m_loadArray) [[unlikely]]
-        m_loadArray = std::make_unique<LoadArray>();
+        m_loadArray
+            = kortools::core::translate_shortage([] { return std::make_unique<LoadArray>(); });
     return *m_loadArray;
 }
 
@@ -333,7 +337,9 @@ std::size_t CXArchive::GetOrphanCount() const
 
 CXObject *CXArchive::GetOrphan(std::size_t index) const
 {
-    return index < GetOrphanCount() ? m_loadArray->get_orphans()[index] : nullptr;
+    return index < GetOrphanCount()
+        ? reinterpret_cast<CXObject *>(m_loadArray->get_orphans()[index])
+        : nullptr;
 }
 
 void CXArchive::DeleteOrphans()

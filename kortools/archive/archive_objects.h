@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace kortools::archive {
@@ -34,7 +35,7 @@ public:
     };
 
     void add_class(LoadedClass const &loaded);
-    void add_empty() { m_entries.push_back(0); }
+    void add_empty();
     void set_last(CXObject *object) { m_entries.back() = reinterpret_cast<std::uintptr_t>(object); }
 
     // Null when the index is out of range or that of an entry of the other kind.
@@ -45,7 +46,7 @@ public:
     // for them takes them out of the array.
     void begin_orphans();
     void adopt_orphans() { m_firstOrphan = m_entries.size(); }
-    std::vector<CXObject *> const &get_orphans();
+    std::span<std::uintptr_t> get_orphans(); // entries of objects
     void delete_orphans();
 
 private:
@@ -53,8 +54,8 @@ private:
 
     std::vector<std::uintptr_t> m_entries { 0 }; // an object, or number of a class * 2 + class_bit
     std::vector<LoadedClass> m_classes;
-    std::size_t m_firstOrphan = 1;     // entries from here on ...
-    std::vector<CXObject *> m_orphans; // ... and, once asked for, without those of classes
+    std::size_t m_firstOrphan = 1; // entries from here on ...
+    std::size_t m_orphanCount = 0; // ... and, once asked for, so many of objects before the others
 };
 
 } // namespace kortools::archive

@@ -2,10 +2,11 @@
 // The class record of the archive format.
 #include "kortools/archive/archive.h"
 #include "kortools/archive/runtime_class.h"
+#include "kortools/core/char_array.h"
 
 #include <algorithm>
 #include <cstring>
-#include <string>
+#include <string_view>
 
 void CXRuntimeClass::Save(CXArchive &archive) const
 {
@@ -20,9 +21,9 @@ CXRuntimeClass const *CXRuntimeClass::Load(CXArchive &archive, unsigned int &sch
     unsigned short length;
     archive >> stored_schema >> length;
     schema = stored_schema;
-    std::string name(length, '\0');
-    archive.EnsureRead(name.data(), length);
-    if (name.find('\0') != std::string::npos)
+    CXTCharArray<char> name(length);
+    archive.EnsureRead(name.GetData(), length);
+    if (name.GetView().find('\0') != std::string_view::npos)
         return nullptr; // would be found under the part before the zero
-    return FindRuntimeClass(name.c_str());
+    return FindRuntimeClass(name.GetData());
 }

@@ -2,6 +2,7 @@
 // Entries asked for, changed and copied. custom_data_block.cpp keeps the block that they lie in.
 #include "kortools/data/custom_data.h"
 
+#include "kortools/core/throw.h"
 #include "kortools/data/custom_data_class.h"
 #include "kortools/data/custom_data_entry.h"
 #include "kortools/data/custom_data_source.h"
@@ -235,7 +236,7 @@ void CCustomData::Copy(CCustomData const *source, unsigned int mode)
 
 CCustomData *CCustomData::Copy() const
 {
-    return new CCustomData(*this);
+    return kortools::core::translate_shortage([this] { return new CCustomData(*this); });
 }
 
 unsigned long long CCustomData::GetTimeStamp() const

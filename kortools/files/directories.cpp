@@ -67,8 +67,10 @@ bool create_levels(std::wstring const &path, std::atomic<bool> const &is_late)
 {
     if (is_directory(path))
         return true;
+    std::vector<std::wstring> levels = get_levels(path);
     std::vector<std::wstring> created;
-    for (std::wstring &level : get_levels(path)) {
+    created.reserve(levels.size()); // later would be too late to take something back
+    for (std::wstring &level : levels) {
         bool const is_new = create_directory(level.c_str());
         unsigned int const code = is_new ? 0 : get_last_os_error();
         if (is_new)
@@ -135,7 +137,9 @@ bool fileCreateDirectory(CXTString<wchar_t> const &path, bool recursive, unsigne
     });
 }
 
-bool fileRemoveDirectory(CXTString<wchar_t> const &path, bool contents, bool readOnly,
+namespace {
+
+bool remove_folder(CXTString<wchar_t> const &path, bool contents, bool readOnly,
     CXArray<CXTString<wchar_t>> *failed)
 {
     auto const report = [failed](std::wstring const &failed_path) {
@@ -158,15 +162,7 @@ bool fileRemoveDirectory(CXTString<wchar_t> const &path, bool contents, bool rea
     return false;
 }
 
-int fileGetFileCount(CXTString<wchar_t> const &path, bool recursive, unsigned int *timeout)
-{
-    Depth const depth = recursive ? Depth::Tree : Depth::Folder;
-    return run_guarded(path, timeout, -1, [depth](auto const &name, auto const &is_late) {
-        return static_cast<int>(std::min<long long>(count_files(name, depth, is_late), INT_MAX));
-    });
-}
-
-CXTString<wchar_t> fileCreateTmpFolder(CXTString<wchar_t> const &name, bool reuse)
+CXTString<wchar_t> create_tmp_folder(CXTString<wchar_t> const &name, bool reuse)
 {
     std::wstring const folder = get_temp_folder();
     if (folder.empty())
@@ -180,4 +176,26 @@ CXTString<wchar_t> fileCreateTmpFolder(CXTString<wchar_t> const &name, bool reus
         path = create_new_folder(folder, path);
     }
     return path.empty() ? CXTString<wchar_t>() : CXTString<wchar_t>(join_path(path, L"").c_str());
+}
+
+} // namespace
+
+bool fileRemoveDirectory(CXTString<wchar_t> const &path, bool contents, bool readOnly,
+    CXArray<CXTString<wchar_t>> *failed)
+{
+    return kortools::core::translate_shortage(
+        [&] { return remove_folder(path, contents, readOnly, failed); });
+}
+
+int fileGetFileCount(CXTString<wchar_t> const &path, bool recursive, unsigned int *timeout)
+{
+    Depth const depth = recursive ? Depth::Tree : Depth::Folder;
+    return run_guarded(path, timeout, -1, [depth](auto const &name, auto const &is_late) {
+        return static_cast<int>(std::min<long long>(count_files(name, depth, is_late), INT_MAX));
+    });
+}
+
+CXTString<wchar_t> fileCreateTmpFolder(CXTString<wchar_t> const &name, bool reuse)
+{
+    return kortools::core::translate_shortage([&] { return create_tmp_folder(name, reuse); });
 }

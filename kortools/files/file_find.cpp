@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/file_find.h"
 
+#include "kortools/core/throw.h"
 #include "kortools/files/guarded_call.h"
 #include "kortools/files/name_pattern.h"
 #include "kortools/files/path_kind.h"
@@ -13,6 +14,7 @@
 
 using namespace kortools::files;
 using namespace kortools::platform;
+using kortools::core::translate_shortage;
 
 namespace {
 
@@ -80,10 +82,11 @@ bool filePathContainMatchingFile(CXTString<wchar_t> const &directory,
     CXTString<wchar_t> const &pattern, xFileFindInfo *info, unsigned int *timeout)
 {
     using Found = std::optional<xFileFindInfo>;
-    auto const find = [pattern = std::wstring(pattern.GetView())](auto const &name, auto const &) {
+    auto const find = [pattern](auto const &name, auto const &) {
         Matches matches;
         xFileFindInfo match;
-        return matches.open(std::wstring(name.GetView()), pattern) && matches.next(match, true)
+        return matches.open(std::wstring(name.GetView()), pattern.GetView())
+                && matches.next(match, true)
             ? Found(match)
             : Found();
     };
@@ -106,14 +109,16 @@ bool CXFileFind::FindFile(wchar_t const *pattern)
     Close();
     std::wstring_view const path = pattern && *pattern ? pattern : L"*.*";
     std::size_t const name = path.find_last_of(L"\\/:") + 1; // 0 when there is none
-    std::wstring const directory(path.substr(0, name));
-    m_root = to_string(directory);
-    auto search = std::make_unique<Search>();
-    if (!search->matches.open(directory, path.substr(name))
-        || !search->matches.next(search->next, false))
-        return false;
-    m_search = std::move(search);
-    return true;
+    return translate_shortage([&] {
+        std::wstring const directory(path.substr(0, name));
+        m_root = to_string(directory);
+        auto search = std::make_unique<Search>();
+        if (!search->matches.open(directory, path.substr(name))
+            || !search->matches.next(search->next, false))
+            return false;
+        m_search = std::move(search);
+        return true;
+    });
 }
 
 bool CXFileFind::FindNextFile()
@@ -121,7 +126,7 @@ bool CXFileFind::FindNextFile()
     if (!m_search)
         return false;
     m_info = m_search->next;
-    if (m_search->matches.next(m_search->next, false))
+    if (translate_shortage([&] { return m_search->matches.next(m_search->next, false); }))
         return true;
     m_search.reset();
     return false;

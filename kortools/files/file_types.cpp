@@ -4,6 +4,7 @@
 #include "kortools/core/critical_section.h"
 #include "kortools/core/hash_map.h"
 #include "kortools/core/hash_table.h"
+#include "kortools/core/throw.h"
 #include "kortools/files/file_type_registry.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/path_text.h"
@@ -106,6 +107,7 @@ private:
     using Positions = std::vector<std::size_t>; // ascending
 
     void index(std::size_t position);
+    void remove_at(std::size_t position);
 
     std::vector<CFileExt> m_types;                         // in the order of registration
     CHashMap<String, String const &, Positions> m_by_name; // in m_types, by lowered extension
@@ -119,8 +121,13 @@ FileTypes::FileTypes()
 
 void FileTypes::add(CFileExt const &type)
 {
-    m_types.push_back(type);
-    index(m_types.size() - 1);
+    kortools::core::translate_shortage([&] { m_types.push_back(type); });
+    try {
+        kortools::core::translate_shortage([&] { index(m_types.size() - 1); });
+    } catch (...) {
+        remove_at(m_types.size() - 1);
+        throw;
+    }
 }
 
 void FileTypes::index(std::size_t position)
@@ -128,20 +135,30 @@ void FileTypes::index(std::size_t position)
     for_each_extension(m_types[position].m_extensions, [&](std::wstring_view extension) {
         String const key = lowered(extension);
         Positions *const known = m_by_name.Find(key);
-        if (!known)
-            m_by_name.Insert(key, Positions(1, position));
-        else if (known->back() != position) // ".tif|.TIF" is one extension
+        if (known && (known->empty() || known->back() != position)) // ".tif|.TIF" is one extension
             known->push_back(position);
+        else if (!known && m_by_name.Insert(key, Positions(1, position)) == 0)
+            kortools::core::throw_out_of_memory();
     });
+}
+
+// Takes no memory. Names that nobody has any more stay, without positions.
+void FileTypes::remove_at(std::size_t position)
+{
+    m_types.erase(m_types.begin() + static_cast<std::ptrdiff_t>(position));
+    for (auto [name, positions] : m_by_name) {
+        std::erase(positions, position);
+        for (std::size_t &other : positions)
+            other -= other > position;
+    }
 }
 
 template <class IsMeant> void FileTypes::remove(IsMeant is_meant)
 {
-    if (std::erase_if(m_types, is_meant) == 0)
-        return;
-    m_by_name = {};
-    for (std::size_t position = 0; position < m_types.size(); ++position)
-        index(position);
+    for (std::size_t position = m_types.size(); position-- > 0;) {
+        if (is_meant(m_types[position]))
+            remove_at(position);
+    }
 }
 
 CFileExt const *FileTypes::find(String const &extension, std::size_t number) const
@@ -176,7 +193,8 @@ public:
         , m_lock(&m_registry.m_lock, true)
     {
         if (!m_registry.m_types)
-            m_registry.m_types = std::make_unique<FileTypes>();
+            m_registry.m_types
+                = kortools::core::translate_shortage([] { return std::make_unique<FileTypes>(); });
     }
     FileTypes *operator->() const { return m_registry.m_types.get(); }
 
@@ -217,21 +235,7 @@ unsigned int properties_of(CFileExt const &type)
     return type.m_properties;
 }
 
-} // namespace
-
-void fileRegisterFile(CFileExt &type)
-{
-    LockedTypes()->add(type);
-}
-
-void fileUnregisterFile(unsigned int fileClass, unsigned int loader)
-{
-    LockedTypes()->remove([&](CFileExt const &type) {
-        return type.m_class == fileClass && (loader == 0 || type.m_loader == loader);
-    });
-}
-
-CFileExt *fileGetRegisteredFiles(unsigned int &count, unsigned int filter)
+CFileExt *copy_types(unsigned int &count, unsigned int filter)
 {
     std::vector<CFileExt> chosen;
     {
@@ -248,6 +252,25 @@ CFileExt *fileGetRegisteredFiles(unsigned int &count, unsigned int filter)
     auto result = std::make_unique<CFileExt[]>(chosen.size());
     std::ranges::move(chosen, result.get());
     return result.release();
+}
+
+} // namespace
+
+void fileRegisterFile(CFileExt &type)
+{
+    LockedTypes()->add(type);
+}
+
+void fileUnregisterFile(unsigned int fileClass, unsigned int loader)
+{
+    LockedTypes()->remove([&](CFileExt const &type) {
+        return type.m_class == fileClass && (loader == 0 || type.m_loader == loader);
+    });
+}
+
+CFileExt *fileGetRegisteredFiles(unsigned int &count, unsigned int filter)
+{
+    return kortools::core::translate_shortage([&] { return copy_types(count, filter); });
 }
 
 void fileFreeRegisteredFiles(CFileExt *types, unsigned int)

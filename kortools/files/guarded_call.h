@@ -2,6 +2,7 @@
 // The time-out of the file functions; file_status.h has its values.
 #pragma once
 
+#include "kortools/core/throw.h"
 #include "kortools/core/xstring.h"
 #include "kortools/platform/call_guard.h"
 #include "kortools/platform/file_system.h"
@@ -30,22 +31,25 @@ Result run_guarded(
     static std::atomic<bool> const never { false };
     unsigned int const limit = get_limit(path, timeout);
     if (limit == 0)
-        return call(path, never);
+        return core::translate_shortage([&] { return call(path, never); });
     struct Answer {
         std::optional<Result> result;
         unsigned int os_error = 0;
     };
-    auto const answer = std::make_shared<Answer>();
-    auto work = [answer, path, call = std::move(call)](std::atomic<bool> const &is_late) {
-        answer->result = call(path, is_late);
-        answer->os_error = platform::get_last_os_error();
-    };
-    if (!platform::run_within(limit, platform::to_native_path(path.GetView()), std::move(work))) {
-        *timeout = late_mark;
-        return late_result;
-    }
-    platform::set_last_os_error(answer->os_error);
-    return std::move(*answer->result);
+    return core::translate_shortage([&] {
+        auto const answer = std::make_shared<Answer>();
+        auto work = [answer, path, call = std::move(call)](std::atomic<bool> const &is_late) {
+            answer->result = call(path, is_late);
+            answer->os_error = platform::get_last_os_error();
+        };
+        std::string const native = platform::to_native_path(path.GetView());
+        if (!platform::run_within(limit, native, std::move(work))) {
+            *timeout = late_mark;
+            return std::move(late_result);
+        }
+        platform::set_last_os_error(answer->os_error);
+        return std::move(*answer->result);
+    });
 }
 
 } // namespace kortools::files

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/files/plugin_inspection.h"
 
+#include "kortools/core/throw.h"
 #include "kortools/platform/modules.h"
 #include "kortools/platform/os_error.h"
 #include "kortools/platform/utf8.h"
@@ -123,12 +124,14 @@ Refusal PluginInspection::check_version(platform::VersionProbe &probe, unsigned 
 
 Refusal PluginInspection::examine(platform::VersionProbe &probe, unsigned int limit_ms)
 {
-    Refusal refusal = read_image();
-    if (refusal.verdict == pluginNotRefused)
-        refusal = check_exports();
-    if (refusal.verdict == pluginNotRefused)
-        refusal = check_version(probe, limit_ms);
-    return refusal;
+    return core::translate_shortage([&] {
+        Refusal refusal = read_image();
+        if (refusal.verdict == pluginNotRefused)
+            refusal = check_exports();
+        if (refusal.verdict == pluginNotRefused)
+            refusal = check_version(probe, limit_ms);
+        return refusal;
+    });
 }
 
 Refusal PluginInspection::explain_failure(std::string const &problem) const

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <utility>
 
+using kortools::core::translate_shortage;
 using kortools::text::CandidateCase;
 using kortools::text::CandidateLists;
 using kortools::text::Candidates;
@@ -44,7 +45,7 @@ bool combine(bool result, CXStringMatch::_Operator operation, bool item)
 CHashTable<wchar_t> CXStringMatch::hashChar;
 
 CXStringMatch::Nested::Nested(CXStringMatch match)
-    : m_match(std::make_unique<CXStringMatch>(std::move(match)))
+    : m_match(translate_shortage([&] { return std::make_unique<CXStringMatch>(std::move(match)); }))
 {
     ++s_nested_count;
 }
@@ -70,14 +71,16 @@ CXStringMatch::Nested::~Nested()
 CXStringMatch::CXStringMatch()
 {
     std::call_once(s_special_characters, [] {
-        for (wchar_t const ch : { L'(', L')', L'"', L'&', L'^', L'!' })
-            hashChar.Insert(ch);
+        for (wchar_t const ch : { L'(', L')', L'"', L'&', L'^', L'!' }) {
+            if (hashChar.Insert(ch) == 0 && !hashChar.IsFound(ch))
+                kortools::core::throw_out_of_memory(); // the next one tries again
+        }
     });
 }
 
 // A copy begins without lists.
 CXStringMatch::CXStringMatch(CXStringMatch const &other)
-    : m_items(other.m_items)
+    : m_items(translate_shortage([&] { return other.m_items; }))
     , m_mode(other.m_mode)
     , m_caseSensitive(other.m_caseSensitive)
     , m_hasQuote(other.m_hasQuote)
@@ -105,7 +108,7 @@ bool CXStringMatch::PrepareMatch(
     if (!caseSensitive)
         text.MakeLower();
     m_isValid = false; // also when there is no memory
-    m_isValid = InitExpression(text, m_mode);
+    m_isValid = translate_shortage([&] { return InitExpression(text, m_mode); });
     if (!m_isValid)
         m_items.clear();
     return m_isValid;
@@ -155,12 +158,14 @@ bool CXStringMatch::MatchWord(CXTString<wchar_t> const &word, Texts const &texts
 
 bool CXStringMatch::InternalMatch(Texts const &texts, Mode /*mode*/)
 {
-    auto &[own, lowered] = get_lists(m_lists);
-    own.set_words({ texts.begin(), texts.end() });
-    if (!has_nested())
-        return match_items(own, own);
-    lowered.set_texts({ texts.begin(), texts.end() }, CandidateCase::Lower);
-    return match_items(own, lowered);
+    return translate_shortage([&] {
+        auto &[own, lowered] = get_lists(m_lists);
+        own.set_words({ texts.begin(), texts.end() });
+        if (!has_nested())
+            return match_items(own, own);
+        lowered.set_texts({ texts.begin(), texts.end() }, CandidateCase::Lower);
+        return match_items(own, lowered);
+    });
 }
 
 bool CXStringMatch::has_nested() const
@@ -173,12 +178,14 @@ bool CXStringMatch::match_texts(std::span<CXTString<wchar_t> const> texts)
 {
     if (!m_isValid || m_items.empty())
         return m_isValid;
-    auto &[own, lowered] = get_lists(m_lists);
-    own.set_texts(texts, m_caseSensitive ? CandidateCase::Keep : CandidateCase::Lower);
-    if (!m_caseSensitive || !has_nested())
-        return match_items(own, own);
-    lowered.set_texts(texts, CandidateCase::Lower);
-    return match_items(own, lowered);
+    return translate_shortage([&] {
+        auto &[own, lowered] = get_lists(m_lists);
+        own.set_texts(texts, m_caseSensitive ? CandidateCase::Keep : CandidateCase::Lower);
+        if (!m_caseSensitive || !has_nested())
+            return match_items(own, own);
+        lowered.set_texts(texts, CandidateCase::Lower);
+        return match_items(own, lowered);
+    });
 }
 
 // Groups ignore case, so theirs are the `lowered` candidates.
