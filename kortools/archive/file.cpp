@@ -100,8 +100,10 @@ void CXFile::ReportFailure() const
 void CXFile::FillError(
     CXFileException *error, CXFileException::FileExceptionType cause, wchar_t const *path) noexcept
 try {
-    if (error)
-        CXFileException::ThrowErrno(cause, 0, path, error);
+    if (!error)
+        return;
+    CXFileException::ThrowErrno(cause, 0, CXTString<wchar_t>(kortools::core::NoBlock()), error);
+    CXFileException::ThrowErrno(cause, 0, path, error);
 } catch (CXException *exception) {
     exception->Delete(); // no memory for the path; the cause is there
 } catch (...) {
