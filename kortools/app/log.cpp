@@ -11,6 +11,7 @@
 #include "kortools/core/hash_map.h"
 #include "kortools/data/xtime.h"
 #include "kortools/files/numbered_names.h"
+#include "kortools/platform/file_system.h"
 #include "kortools/platform/os_error.h"
 #include "kortools/platform/threads.h"
 
@@ -123,8 +124,11 @@ bool Log::open(CXTString<wchar_t> const &path, LogFileMode mode, unsigned int le
     unsigned int const keeps = mode == logFileAppend ? CXFile::modeNoTruncate : 0U;
     if (!file->Open(find_place(path, mode), open_flags | keeps))
         return false;
-    if (mode == logFileAppend)
-        file->Seek(0, CXFile::end);
+    // The file does not throw, and from another place it would be overwritten.
+    if (mode == logFileAppend
+        && kortools::platform::get_file_size(file->GetHandle())
+            != static_cast<long long>(file->Seek(0, CXFile::end)))
+        return false;
     m_tabs.emplace(table_size);
     m_file = std::move(file);
     s_is_open = true;
@@ -238,8 +242,11 @@ bool SetLogFile(CXTString<wchar_t> const &path, LogFileMode mode, unsigned int l
     return run_quietly([&] {
         if (!get_log().open(path, mode, level))
             return false;
-        if (IsLogFileEnabled())
-            write_header();
+        run_quietly([] { // the log is open, whether there is memory for this or not
+            if (IsLogFileEnabled())
+                write_header();
+            return true;
+        });
         return true;
     });
 }
