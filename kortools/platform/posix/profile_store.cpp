@@ -183,7 +183,9 @@ private:
 bool Profile::load(std::string const &path)
 {
     struct stat status { };
-    bool const exists = stat(path.c_str(), &status) == 0;
+    bool const exists = retry([&] { return stat(path.c_str(), &status); }) == 0;
+    if (!exists && errno != ENOENT && errno != ENOTDIR)
+        return false; // it may be there, and would be replaced by what is written next
     if (m_values && m_path == path && m_identity == (exists ? identify(status) : Identity {}))
         return true;
     forget();
@@ -253,8 +255,26 @@ template <class Change> bool change_profile(std::wstring_view product, Change ch
     std::scoped_lock const guard(profile.m_lock);
     if (!profile.load(path))
         return false;
-    Outcome const outcome = change(*profile.m_values);
-    return outcome == Outcome::Save ? profile.save() : outcome == Outcome::Done;
+    Outcome outcome = Outcome::Nothing;
+    try {
+        outcome = change(*profile.m_values);
+        if (outcome == Outcome::Save)
+            return profile.save();
+    } catch (std::exception const &) {
+        outcome = Outcome::Nothing;
+    }
+    if (outcome == Outcome::Nothing)
+        profile.forget(); // the change may be half done
+    return outcome == Outcome::Done;
+}
+
+// The result of `call`, and `failure` when there is no memory for it.
+template <class Result, class Call> Result run_in_memory(Result failure, Call call)
+try {
+    return call();
+} catch (std::exception const &) {
+    set_last_os_error(error_not_enough_memory);
+    return failure;
 }
 
 // Whether `section` is the one called `name` or lies below it.
@@ -279,9 +299,7 @@ Outcome delete_sections(CSimpleIniA &values, std::string const &name)
     return outcome;
 }
 
-} // namespace
-
-std::optional<ProfileValue> read_profile(ProfilePlace const &place)
+std::optional<ProfileValue> get_value(ProfilePlace const &place)
 {
     if (!is_profile_name(place.product) || !is_profile_name(place.section)
         || !is_profile_name(place.entry))
@@ -298,7 +316,7 @@ std::optional<ProfileValue> read_profile(ProfilePlace const &place)
     return decode_profile_value(text);
 }
 
-bool write_profile(ProfilePlace const &place, ProfileValue const &value)
+bool put_value(ProfilePlace const &place, ProfileValue const &value)
 {
     if (!is_profile_name(place.product) || !is_profile_name(place.section)
         || !is_profile_name(place.entry))
@@ -315,7 +333,7 @@ bool write_profile(ProfilePlace const &place, ProfileValue const &value)
     });
 }
 
-bool delete_profile(ProfilePlace const &place)
+bool remove_values(ProfilePlace const &place)
 {
     if (!is_profile_name(place.product) || !is_profile_name(place.section))
         return false;
@@ -329,6 +347,23 @@ bool delete_profile(ProfilePlace const &place)
         return values.Delete(section.c_str(), entry.c_str(), true) ? Outcome::Save
                                                                    : Outcome::Nothing;
     });
+}
+
+} // namespace
+
+std::optional<ProfileValue> read_profile(ProfilePlace const &place)
+{
+    return run_in_memory(std::optional<ProfileValue>(), [&] { return get_value(place); });
+}
+
+bool write_profile(ProfilePlace const &place, ProfileValue const &value)
+{
+    return run_in_memory(false, [&] { return put_value(place, value); });
+}
+
+bool delete_profile(ProfilePlace const &place)
+{
+    return run_in_memory(false, [&] { return remove_values(place); });
 }
 
 void release_profile()
