@@ -18,7 +18,6 @@
 #include <memory>
 #include <pthread.h>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace kortools::platform {
@@ -91,7 +90,7 @@ std::thread start_thread(std::shared_ptr<Call> const &call)
     std::thread thread;
     try {
         thread = std::thread([call] { run(call); });
-    } catch (std::system_error const &) {
+    } catch (std::exception const &) { // no thread, or no memory for what it is given
         errno = EAGAIN;
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);

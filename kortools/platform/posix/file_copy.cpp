@@ -9,10 +9,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <memory>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
-#include <vector>
 
 namespace kortools::platform {
 namespace {
@@ -63,12 +64,16 @@ bool write_all(int target, char const *data, std::size_t size)
 
 bool copy_by_blocks(int source, int target)
 {
-    std::vector<char> buffer(block_size);
+    std::unique_ptr<char[]> const buffer(new (std::nothrow) char[block_size]);
+    if (!buffer) {
+        errno = ENOMEM;
+        return false;
+    }
     for (;;) {
-        ssize_t const size = retry([&] { return read(source, buffer.data(), buffer.size()); });
+        ssize_t const size = retry([&] { return read(source, buffer.get(), block_size); });
         if (size <= 0)
             return size == 0;
-        if (!write_all(target, buffer.data(), static_cast<std::size_t>(size)))
+        if (!write_all(target, buffer.get(), static_cast<std::size_t>(size)))
             return false;
     }
 }
@@ -110,7 +115,7 @@ bool fail(unsigned int code)
 // A file that is written to as it is, such as a device.
 bool copy_into(int source, std::string const &to)
 {
-    Descriptor target(open(to.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    Descriptor target(retry([&] { return open(to.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); }));
     return target.get() >= 0 && copy_by_blocks(source, target.get()) && target.close_now();
 }
 
@@ -126,8 +131,12 @@ bool commit(std::string const &temporary, std::string const &to, Existing existi
 bool copy_beside(int source, struct stat const &facts, std::string const &to, Existing existing,
     CopyOwner copy_owner)
 {
-    std::string temporary = to.substr(0, to.rfind('/') + 1) + ".kortools-XXXXXX";
-    Descriptor target(mkostemp(temporary.data(), O_CLOEXEC));
+    std::string const pattern = to.substr(0, to.rfind('/') + 1) + ".kortools-XXXXXX";
+    std::string temporary = pattern;
+    Descriptor target(retry([&] {
+        temporary.assign(pattern); // an attempt that failed has changed it
+        return mkostemp(temporary.data(), O_CLOEXEC);
+    }));
     if (target.get() < 0)
         return false;
     if (copy_data(source, target.get()) && copy_facts(target.get(), facts, copy_owner)
@@ -142,10 +151,9 @@ bool copy_beside(int source, struct stat const &facts, std::string const &to, Ex
 // Where a link leads to; the path itself when it is none, or leads nowhere.
 std::string follow_link(std::string const &path)
 {
-    char *const resolved = realpath(path.c_str(), nullptr);
-    std::string target = resolved ? resolved : path;
-    std::free(resolved);
-    return target;
+    std::unique_ptr<char, void (*)(void *)> const resolved(
+        realpath(path.c_str(), nullptr), std::free);
+    return resolved ? resolved.get() : path;
 }
 
 } // namespace
@@ -192,11 +200,14 @@ bool copy_native_file(
         return false;
     if (!S_ISREG(facts.st_mode))
         return fail(error_access_denied);
-    Descriptor const source(open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    Descriptor const source(
+        retry([&] { return open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY); }));
     if (source.get() < 0 || fstat(source.get(), &facts) != 0)
         return false;
     struct stat target_facts;
-    bool const exists = stat(to.c_str(), &target_facts) == 0;
+    bool const exists = retry([&] { return stat(to.c_str(), &target_facts); }) == 0;
+    if (!exists && errno != ENOENT)
+        return false; // it may be the source, or no regular file
     if (exists && target_facts.st_dev == facts.st_dev && target_facts.st_ino == facts.st_ino)
         return fail(error_sharing_violation);
     if (exists && existing == Existing::Keep)

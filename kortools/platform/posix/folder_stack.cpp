@@ -35,15 +35,18 @@ int FolderStack::get() const
 
 bool FolderStack::enter(std::string const &name)
 {
-    Level level { .fd = open_folder(get(), name.c_str()) };
+    int const parent = get();
+    Level &level = m_levels.emplace_back(); // before there is something to close
+    level.fd = open_folder(parent, name.c_str());
     struct stat facts;
-    if (level.fd < 0)
+    if (level.fd < 0) {
+        m_levels.pop_back();
         return false;
+    }
     if (fstat(level.fd, &facts) == 0) {
         level.device = facts.st_dev;
         level.number = facts.st_ino;
     }
-    m_levels.push_back(level);
     if (m_levels.size() > max_open_levels) {
         int &fd = m_levels[m_levels.size() - 1 - max_open_levels].fd;
         if (fd >= 0)
