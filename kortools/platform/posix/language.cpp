@@ -4,20 +4,42 @@
 #include "kortools/platform/locale_text.h"
 
 #include <clocale>
-#include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <string_view>
+#include <unistd.h>
 
 namespace kortools::platform {
+namespace {
+
+// The value of the first of these variables that is not empty, or "C". In one pass: each label asks
+// for it, and the environment may have changed since the last one did.
+char const *get_environment_locale()
+{
+    constexpr std::string_view names[] = { "LC_ALL=", "LC_MESSAGES=", "LANG=" };
+    char const *values[std::size(names)] {};
+    for (char **variable = environ; variable && *variable; ++variable) {
+        if (**variable != 'L')
+            continue;
+        for (std::size_t i = 0; i < std::size(names); ++i) {
+            if (!values[i] && std::strncmp(*variable, names[i].data(), names[i].size()) == 0)
+                values[i] = *variable + names[i].size();
+        }
+    }
+    for (char const *const value : values) {
+        if (value && *value)
+            return value;
+    }
+    return "C";
+}
+
+} // namespace
 
 unsigned int get_user_primary_language()
 {
-    if (!is_c_locale(LC_MESSAGES))
-        return get_primary_language(std::setlocale(LC_MESSAGES, nullptr));
-    for (char const *const name : { "LC_ALL", "LC_MESSAGES", "LANG" }) {
-        char const *const value = std::getenv(name);
-        if (value && *value)
-            return get_primary_language(value);
-    }
-    return get_primary_language("C");
+    bool const is_set = !is_c_locale(LC_MESSAGES);
+    return get_primary_language(
+        is_set ? std::setlocale(LC_MESSAGES, nullptr) : get_environment_locale());
 }
 
 void set_thread_language(unsigned short) { }
