@@ -113,6 +113,7 @@
 
 // For applications, of the layer below: the ANSI page, drives and shares, message boxes, UTF-8
 // arguments and output.
+#include "kortools/platform/child_program.h"
 #include "kortools/platform/code_pages.h"
 #include "kortools/platform/file_system.h"
 #include "kortools/platform/known_folders.h"

@@ -22,9 +22,6 @@ namespace kor_apps {
 
 inline constexpr unsigned int progressShow = 0x1; // a flag of the calls: draw the bar
 
-// The exit code of a command that the user has cancelled: what shells give for Ctrl+C.
-enum : int { exit_cancelled = 130 };
-
 // Pushes a callback for its lifetime, which draws a bar and asks for Ctrl+C. When it was pressed,
 // the thread that made this object is marked to be cancelled, and with it all threads it has begun.
 // The mark goes with this object.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // kordump: shows what is in a file of the library, and writes such files from JSON.
+#include "apps/common/command_line.h"
 #include "apps/common/console.h"
 #include "apps/kordump/document.h"
 #include "apps/kordump/json_report.h"
@@ -13,14 +14,19 @@
 namespace {
 
 using kor_apps::from_utf8;
+using enum kor_apps::ExitCode;
 
 constexpr char const *description
     = "Shows archives, custom data, preferences files and trees as text or as JSON, and writes\n"
       "the same bytes back from that JSON. What cannot be understood is shown as bytes.";
-constexpr char const *footer
-    = "kordump --json FILE | kordump --from-json -o COPY   makes an equal file.\n"
-      "Exit codes: 0 done, 1 a file cannot be read or written or, when it is shown as text, is\n"
-      "damaged; 2 wrong usage.";
+constexpr kor_apps::ExitMeaning exits[] = { { exit_done, "done" },
+    { exit_failed, "a file cannot be written, or not read to its end" },
+    { exit_usage, "wrong usage" }, { exit_missing, "a file is not there, or cannot be opened" },
+    { exit_unknown, "what is shown as text is no file of the library" },
+    { exit_damaged, "what is shown as text is damaged, or the JSON describes no file" } };
+constexpr kor_apps::Example examples[] = { { "kordump a.scene", "shows what is in a file" },
+    { "kordump --json a.scene | kordump --from-json -o b.scene", "makes an equal file" },
+    { "kordump --as archive --top 'u32 string' a.bin", "tells what a file is" } };
 
 struct Options {
     std::string file;
@@ -32,12 +38,27 @@ struct Options {
     bool from_json = false;
 };
 
+// Ends the program with a code of its own.
+class Failure : public std::runtime_error {
+public:
+    Failure(kor_apps::ExitCode code, std::string const &message)
+        : runtime_error(message)
+        , m_code(code)
+    {
+    }
+
+    kor_apps::ExitCode GetCode() const { return m_code; }
+
+private:
+    kor_apps::ExitCode m_code;
+};
+
 std::string read_file(std::string const &path)
 {
     CXFile file(true);
     CXFileException error;
     if (!file.Open(from_utf8(path), CXFile::modeRead | CXFile::shareDenyWrite, &error))
-        kor_apps::fail(error.GetErrorMessage());
+        throw Failure(exit_missing, kor_apps::to_utf8(error.GetErrorMessage()));
     unsigned long long const length = file.GetLength();
     std::string bytes(static_cast<std::size_t>(length), '\0');
     constexpr std::size_t block = 1U << 20;
@@ -131,7 +152,7 @@ kordump::Plan make_plan(Options const &options, kordump::ByteSpan bytes)
 }
 
 // Below the lines of a report: what stopped it, and the bytes behind. The exit code.
-int print_end(kordump::Reading const &reading, kordump::ByteSpan bytes, std::string const &path,
+int print_end(kordump::Reading const &reading, kordump::ByteSpan bytes, Options const &options,
     kordump::Output const &output)
 {
     kordump::ByteSpan const rest = bytes.subspan(reading.end);
@@ -145,9 +166,11 @@ int print_end(kordump::Reading const &reading, kordump::ByteSpan bytes, std::str
         kordump::print_hex(rest.first(std::min(rest.size(), shown)), reading.end, output);
     }
     if (reading.problem.empty())
-        return 0;
-    kor_apps::print_error("kordump", from_utf8(path + ": " + reading.problem));
-    return 1;
+        return exit_done;
+    kor_apps::print_error("kordump", from_utf8(options.file + ": " + reading.problem));
+    bool const recognised = !options.format.empty() || !options.top.empty()
+        || kordump::detect_format(bytes) != kordump::Format::Raw;
+    return recognised ? exit_damaged : exit_unknown;
 }
 
 int dump(Options const &options)
@@ -158,14 +181,14 @@ int dump(Options const &options)
     kordump::Plan const plan = make_plan(options, bytes);
     Target target(options.output);
     kordump::Output const output = [&](std::string_view text) { target.Write(text); };
-    int code = 0;
+    int code = exit_done;
     if (options.json) {
         kordump::JsonReport report(output);
         report_file(bytes, plan, report);
         report.Finish();
     } else {
         kordump::TextReport report(output);
-        code = print_end(report_file(bytes, plan, report), bytes, options.file, output);
+        code = print_end(report_file(bytes, plan, report), bytes, options, output);
     }
     target.Close();
     return code;
@@ -175,29 +198,38 @@ int restore(Options const &options)
 {
     bool const piped = options.file.empty() || options.file == "-";
     std::string const json = piped ? read_standard_input() : read_file(options.file);
-    std::string const bytes = kordump::restore_file(json, read_layouts(options));
+    kordump::LayoutTable const layouts = read_layouts(options);
+    std::string bytes;
+    try {
+        bytes = kordump::restore_file(json, layouts);
+    } catch (std::exception const &error) { // most are of the JSON library
+        throw Failure(exit_damaged, error.what());
+    }
     Target target(options.output);
     target.Write(bytes);
     target.Close();
-    return 0;
+    return exit_done;
 }
 
 void declare(CLI::App &app, Options &options)
 {
-    app.footer(footer);
+    kor_apps::add_program_facts(app, { exits, examples });
     app.allow_windows_style_options(false); // a path may begin with a slash
     app.add_option("FILE", options.file, "The file; JSON with --from-json, then - is stdin");
     auto *const json = app.add_flag("-j,--json", options.json, "Shows it as JSON");
     app.add_flag("--from-json", options.from_json, "Writes the file that JSON describes")
         ->excludes(json);
-    app.add_option("-o,--output", options.output, "Where to write (else to standard output)");
+    app.add_option("-o,--output", options.output, "Where to write (else to standard output)")
+        ->type_name("FILE");
     app.add_option("--as", options.format, "What the file is (else it is recognised)")
         ->check(CLI::IsMember({ "archive", "custom-data", "preferences", "tree", "raw" }));
     app.add_option("-c,--classes", options.class_files,
            "A text that describes further classes; may be repeated")
-        ->allow_extra_args(false);
+        ->allow_extra_args(false)
+        ->type_name("FILE");
     app.add_option("-t,--top", options.top,
-        "What lies in an archive outside objects, as \"u32 string object[]\" (else objects)");
+           "What lies in an archive outside objects, as \"u32 string object[]\" (else objects)")
+        ->type_name("TYPES");
 }
 
 int run(std::vector<std::string> const &arguments)
@@ -212,7 +244,7 @@ int run(std::vector<std::string> const &arguments)
         if (options.file.empty() && !options.from_json)
             throw CLI::RequiredError("FILE");
     } catch (CLI::ParseError const &error) {
-        return app.exit(error) == 0 ? 0 : 2;
+        return app.exit(error) == 0 ? exit_done : exit_usage;
     }
     return options.from_json ? restore(options) : dump(options);
 }
@@ -227,8 +259,11 @@ int main(int argc, char **argv)
     } catch (CXException *exception) {
         kor_apps::print_error("kordump", exception->GetErrorMessage());
         exception->Delete();
+    } catch (Failure const &failure) {
+        kor_apps::print_error("kordump", from_utf8(failure.what()));
+        return failure.GetCode();
     } catch (std::exception const &error) {
         kor_apps::print_error("kordump", from_utf8(error.what()));
     }
-    return 1;
+    return exit_failed;
 }

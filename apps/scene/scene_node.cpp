@@ -23,18 +23,11 @@ constexpr PropertyInfo infos[] = { { propertyId, L"id" }, { propertyName, L"name
     { propertyMeshes, L"meshes" }, { propertyMaterials, L"materials" },
     { propertyMinimum, L"minimum" }, { propertyMaximum, L"maximum" } };
 
-Text format_numbers(CCustomData const &data, unsigned int id)
+Text format_numbers(std::vector<double> const &numbers)
 {
-    CXSingleLock const lock(data.GetThreadLock(), true);
-    unsigned int count = 0;
-    auto const *const bytes
-        = static_cast<unsigned char const *>(data.GetArray(id, count, sizeof(double)));
     Text text;
-    for (unsigned int i = 0; i < count; ++i) {
-        double number = 0;
-        std::memcpy(&number, bytes + i * sizeof number, sizeof number); // not aligned
-        text.AppendFormat(i > 0 ? L" %g" : L"%g", number);
-    }
+    for (double const number : numbers)
+        text.AppendFormat(text.IsEmpty() ? L"%g" : L" %g", number);
     return text;
 }
 
@@ -87,6 +80,17 @@ unsigned long long CSceneNode::GetNumber(Property id) const
     return number;
 }
 
+std::vector<double> CSceneNode::GetNumbers(Property id) const
+{
+    CXSingleLock const lock(m_properties.GetThreadLock(), true);
+    unsigned int count = 0;
+    void const *const bytes = m_properties.GetArray(id, count, sizeof(double));
+    std::vector<double> numbers(count);
+    if (count > 0)
+        std::memcpy(numbers.data(), bytes, count * sizeof(double)); // may not be aligned
+    return numbers;
+}
+
 bool CSceneNode::IsFile() const
 {
     return IsKind(L"bitmap") || IsKind(L"mesh");
@@ -135,7 +139,7 @@ Text CSceneNode::FormatProperty(Property id) const
         m_properties.GetXTime(id, time);
         return time.Format(L"%Y-%m-%d %H:%M:%S");
     case CCustomData::kindArray:
-        return scoutrix::format_numbers(m_properties, id);
+        return scoutrix::format_numbers(GetNumbers(id));
     default:
         return GetText(id);
     }

@@ -70,6 +70,7 @@ public:
     // Empty or 0 when missing.
     scoutrix::Text GetText(scoutrix::Property id) const;
     unsigned long long GetNumber(scoutrix::Property id) const; // of u64 and unsigned entries
+    std::vector<double> GetNumbers(scoutrix::Property id) const;
     bool IsKind(wchar_t const *kind) const { return GetText(scoutrix::propertyKind) == kind; }
     bool IsFile() const; // imported: a bitmap or a mesh
 

@@ -2,22 +2,26 @@
 #include "apps/scoutrix/commands.h"
 
 #include "apps/common/console.h"
+#include "apps/common/exit_codes.h"
+#include "apps/common/json_output.h"
 #include "apps/common/progress.h"
 #include "apps/scene/scene_file.h"
 #include "apps/scoutrix/document_batch.h"
 #include "apps/scoutrix/document_report.h"
-#include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
+#include "apps/scoutrix/node_json.h"
 #include "kortools/app/parallel.h"
 #include "kortools/archive/exception.h"
 #include "kortools/text/string_match.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace scoutrix {
 namespace {
 
 using kor_apps::from_utf8;
+using enum kor_apps::ExitCode;
 
 // False when the user has cancelled.
 bool load_files(Session const &session, std::vector<std::string> const &files,
@@ -122,12 +126,14 @@ int open_files(Session &session, std::vector<std::string> const &files, OpenStyl
     std::deque<Document> documents;
     if (!load_files(session, files, progress, documents)) {
         report_error(L"cancelled");
-        return kor_apps::exit_cancelled;
+        return exit_cancelled;
     }
-    if (style == OpenStyle::Table)
+    if (session.json)
+        print_documents_json(documents);
+    else if (style == OpenStyle::Table)
         print_document_table(documents);
     for (Document const &each : documents) {
-        if (style == OpenStyle::Facts && each.error.IsEmpty())
+        if (!session.json && style == OpenStyle::Facts && each.error.IsEmpty())
             print_document(each);
     }
     return report_failures(documents);
@@ -141,7 +147,7 @@ int import_files(Session &session, ImportOptions const &options, Text const &pat
     std::deque<Document> documents;
     if (!load_files(session, options.files, progress, documents)) {
         report_error(L"cancelled; no scene written");
-        return kor_apps::exit_cancelled;
+        return exit_cancelled;
     }
     if (int const code = report_failures(documents); code != exit_done) {
         report_error(L"no scene written: a file could not be imported");
@@ -150,13 +156,16 @@ int import_files(Session &session, ImportOptions const &options, Text const &pat
     for (Document const &each : documents)
         scene->Put(each.file);
     save_session(session, *scene, path);
-    print_scene(*scene, {});
+    ListOptions list;
+    list.json = session.json;
+    print_scene(*scene, list);
     return exit_done;
 }
 
-int list_scene(Session &session, Text const &path, ListOptions const &options)
+int list_scene(Session &session, Text const &path, ListOptions options)
 {
     auto const scene = load_named(session, path);
+    options.json = session.json;
     print_scene(*scene, options);
     return exit_done;
 }
@@ -168,19 +177,23 @@ int search_scene(
     if (!match.PrepareMatch(expression, CXStringMatch::mode_expression, options.case_sensitive))
         kor_apps::fail(expression + L": the parentheses or quotes are not balanced");
     auto const scene = load_named(session, path);
-    int found = 0;
+    auto found = nlohmann::ordered_json::array();
     CTree &tree = scene->GetTree();
     for (CTreeNode *each = tree.GetFirstNode(); each != nullptr; each = tree.GetNextNode(each)) {
         if (!match.Match(each->GetDisplayName()))
             continue;
-        ++found;
+        auto const &node = static_cast<CSceneNode const &>(*each);
+        Text const node_path = get_tree_path(node);
+        found.push_back({ { "id", node.GetNumber(propertyId) }, { "path", to_json(node_path) } });
         Text line;
-        line.Format(L"%5s  %s",
-            static_cast<CSceneNode *>(each)->FormatProperty(propertyId).GetConstBuffer(),
-            get_tree_path(*each).GetConstBuffer());
-        kor_apps::print_line(line);
+        line.Format(L"%5s  %s", node.FormatProperty(propertyId).GetConstBuffer(),
+            node_path.GetConstBuffer());
+        if (!session.json)
+            kor_apps::print_line(line);
     }
-    return found > 0 ? exit_done : exit_failed;
+    if (session.json)
+        kor_apps::print_json(found);
+    return found.empty() ? exit_failed : exit_done;
 }
 
 int remove_nodes(Session &session, Text const &path, std::vector<std::string> const &nodes)
@@ -205,13 +218,19 @@ int get_value(Session &session, Text const &path, Text const &name, Text const &
     session.Remember(path);
     CSceneNode const &node = find_node(*scene, name);
     if (key.IsEmpty()) {
-        print_properties(node, L"");
+        if (session.json)
+            kor_apps::print_json(get_json_properties(node));
+        else
+            print_properties(node, L"");
         return exit_done;
     }
     Text const value = get_value(node, key);
     if (value.IsEmpty())
         kor_apps::fail(node.GetDisplayName() + L" has no value " + key);
-    kor_apps::print_line(value);
+    if (session.json)
+        kor_apps::print_json(get_json_value(node, key));
+    else
+        kor_apps::print_line(value);
     return exit_done;
 }
 
@@ -235,8 +254,14 @@ int set_value(
 
 int list_recent(Session &session)
 {
-    for (Text const &scene : session.settings.recent)
-        kor_apps::print_line(scene);
+    auto json = nlohmann::ordered_json::array();
+    for (Text const &scene : session.settings.recent) {
+        json.push_back(to_json(scene));
+        if (!session.json)
+            kor_apps::print_line(scene);
+    }
+    if (session.json)
+        kor_apps::print_json(json);
     return exit_done;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The commands of scoutrix on files and scenes. Each returns the exit code: one of exit_codes.h, or
-// 130 when the user has cancelled. They throw CXException for what cannot be done. One that changes
-// a scene writes it as a whole or leaves it as it was.
+// The commands of scoutrix on files and scenes. Each returns one of exit_codes.h. They
+// throw CXException for what cannot be done. One that changes a scene writes it as a whole or
+// leaves it as it was.
 #pragma once
 
 #include "apps/scoutrix/known_types.h"
@@ -37,6 +37,7 @@ struct Session {
     SettingsFile file;
     Settings settings;
     Text plugin_folder;
+    bool json = false; // results are printed as JSON
     std::optional<KnownTypes> types;
 };
 
@@ -49,7 +50,7 @@ int open_files(Session &session, std::vector<std::string> const &files, OpenStyl
 int import_files(Session &session, ImportOptions const &options, Text const &path);
 
 // The latest of the recent scenes when `path` is empty.
-int list_scene(Session &session, Text const &path, ListOptions const &options);
+int list_scene(Session &session, Text const &path, ListOptions options);
 
 struct SearchOptions {
     bool case_sensitive = false;

@@ -4,14 +4,17 @@
 // none, the host's own reader.
 #pragma once
 
+#include "apps/common/exit_codes.h"
 #include "apps/scene/scene.h"
-#include "apps/scoutrix/exit_codes.h"
 #include "kortools/files/plugin_files.h"
 
 #include <atomic>
 #include <chrono>
 
 namespace scoutrix {
+
+using kor_apps::ExitCode;
+using enum kor_apps::ExitCode;
 
 // What came of a file.
 struct Document {

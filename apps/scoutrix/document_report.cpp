@@ -2,10 +2,14 @@
 #include "apps/scoutrix/document_report.h"
 
 #include "apps/common/console.h"
+#include "apps/common/json_output.h"
 #include "apps/common/text_table.h"
 #include "apps/scoutrix/listing.h"
+#include "apps/scoutrix/node_json.h"
 #include "apps/scoutrix/type_table.h"
 #include "kortools/files/path_parts.h"
+
+#include <nlohmann/json.hpp>
 
 namespace scoutrix {
 namespace {
@@ -59,6 +63,28 @@ void print_document_table(std::deque<Document> const &documents)
             loaded ? format_time(each) : Text() });
     }
     table.Print();
+}
+
+void print_documents_json(std::deque<Document> const &documents)
+{
+    auto json = nlohmann::ordered_json::array();
+    for (Document const &each : documents) {
+        nlohmann::ordered_json document { { "file", to_json(each.path) } };
+        if (each.type.m_class != 0) {
+            document["type"] = to_json(format_code(each.type.m_class));
+            document["description"] = to_json(each.type.m_description);
+        }
+        if (each.error.IsEmpty()) {
+            document["loader"] = to_json(each.loader);
+            document["milliseconds"] = static_cast<double>(each.time.count()) / 1000;
+            document["properties"] = get_json_properties(Preview(each).GetNode());
+        } else {
+            document["error"] = to_json(each.error);
+            document["code"] = static_cast<int>(each.code);
+        }
+        json.push_back(std::move(document));
+    }
+    kor_apps::print_json(json);
 }
 
 } // namespace scoutrix

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "apps/scoutrix/host.h"
 
+#include "apps/common/command_line.h"
 #include "apps/common/console.h"
+#include "apps/common/exit_codes.h"
 #include "apps/common/paths.h"
 #include "apps/scoutrix/commands.h"
-#include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
 #include "apps/scoutrix/plugin_table.h"
 #include "apps/scoutrix/prefs.h"
 #include "apps/scoutrix/type_table.h"
+#include "apps/scoutrix/view.h"
 #include "kortools/archive/exception.h"
 
 #include <CLI/CLI.hpp>
@@ -18,6 +20,7 @@ namespace scoutrix {
 namespace {
 
 using kor_apps::from_utf8;
+using enum kor_apps::ExitCode;
 
 // The commands with their arguments, and what to do for each.
 class CommandLine {
@@ -26,11 +29,15 @@ public:
     {
         m_app.require_subcommand(1);
         m_app.allow_windows_style_options(false); // /a/b is a path
-        m_app.footer(footer);
-        m_app.fallthrough(); // the host's own options may follow the command
-        m_app.add_option("--settings", m_settings, "The settings to use, in place of your own");
-        m_app.add_option("--plugins", m_plugins, "The folder of plug-ins, in place of the host's");
-        m_app.add_option("--log", m_log, "The log to go on with, in place of your own");
+        m_app.fallthrough();                      // the host's own options may follow the command
+        kor_apps::add_program_facts(m_app, { exits, examples });
+        m_app.add_flag("-j,--json", m_json, "Print results as JSON");
+        m_app.add_option("--settings", m_settings, "The settings to use, in place of your own")
+            ->type_name("FILE");
+        m_app.add_option("--plugins", m_plugins, "The folder of plug-ins, in place of the host's")
+            ->type_name("FOLDER");
+        m_app.add_option("--log", m_log, "The log to go on with, in place of your own")
+            ->type_name("FILE");
         AddTypes();
         AddPlugins();
         AddOpen();
@@ -39,10 +46,12 @@ public:
         AddSearch();
         AddNodes();
         AddPrefs();
+        AddView();
     }
 
     int Run(std::vector<std::string> const &arguments)
     {
+        m_arguments = arguments;
         try {
             std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
             reversed.pop_back(); // the program's name; the parser takes the rest from the back
@@ -81,6 +90,7 @@ private:
         try {
             Session session(SettingsFile(choose(m_settings, SettingsFile::GetDefaultPath())),
                 choose(m_plugins, find_plugin_folder()));
+            session.json = m_json;
             return m_command(session);
         } catch (CXException *exception) {
             report_error(exception->GetErrorMessage());
@@ -112,6 +122,7 @@ private:
         CLI::App &types
             = AddCommand("types", "Print the file types that are known", [this](Session &session) {
                   session.LoadPlugins();
+                  m_types.json = session.json;
                   return list_types(m_types);
               });
         types.add_option("KIND", m_types.kinds, "Only these kinds")
@@ -125,7 +136,7 @@ private:
         AddCommand("plugins", "Print what came of each library of the plug-ins folder",
             [](Session &session) {
                 session.LoadPlugins();
-                return list_plugins(session.plugin_folder);
+                return list_plugins(session.plugin_folder, session.json);
             });
     }
 
@@ -147,7 +158,9 @@ private:
                   return import_files(session, m_import, from_utf8(m_scene));
               });
         import.add_option("FILE", m_import.files, "Files of a type that can be loaded")->required();
-        import.add_option("-o,--output", m_scene, "The scene to write")->required();
+        import.add_option("-o,--output", m_scene, "The scene to write")
+            ->type_name("SCENE")
+            ->required();
         import.add_flag("-a,--append", m_import.append,
             "Add to the scene that is there; files that it has already are read again");
     }
@@ -230,22 +243,47 @@ private:
         recent.add_flag("--clear", m_flag, "Forget them");
     }
 
+    // Everything behind the word is the viewer's, its --help and what looks like our own options.
+    void AddView()
+    {
+        CLI::App &view = AddCommand("view", "Show files in a window, by scoutrix-view",
+            [this](Session &) { return view_files(m_viewed); });
+        view.set_help_flag();
+        view.fallthrough(false);
+        view.prefix_command();
+        view.preparse_callback([this](std::size_t left) {
+            m_viewed.assign(
+                m_arguments.end() - static_cast<std::ptrdiff_t>(left), m_arguments.end());
+        });
+        view.add_option("FILE", m_nodes, "Files, and options of scoutrix-view");
+    }
+
     void AddScene(CLI::App &command)
     {
         command.add_option("SCENE", m_scene, "A scene that import wrote")->required();
     }
 
-    static constexpr char const *footer
-        = "scoutrix COMMAND --help tells what a command takes.\n"
-          "Exit codes: 0 done; 1 failed, or nothing found; 2 wrong usage; a file 3 is missing, 4 "
-          "is of\n"
-          "a type that nothing loads, 5 cannot be read; 130 cancelled by Ctrl+C.";
+    static constexpr kor_apps::ExitMeaning exits[] = { { exit_done, "done" },
+        { exit_failed, "failed; search, types: nothing was found; plugins: one was refused" },
+        { exit_usage, "wrong usage; search: also a bad expression or scene" },
+        { exit_missing, "a file is not there, or its disk does not answer" },
+        { exit_unknown, "nothing loads files of that type" },
+        { exit_damaged, "the loader of its type cannot read a file" },
+        { exit_cancelled, "cancelled by Ctrl+C" } };
+    static constexpr kor_apps::Example examples[]
+        = { { "scoutrix import -o models.scene *.obj", "reads files and writes a scene" },
+              { "scoutrix list --sort size models.scene", "prints what is in it" },
+              { "scoutrix --json open a.png b.obj", "tells scripts what files are" },
+              { "scoutrix COMMAND --help", "tells what a command takes" } };
     static constexpr char const *expression_help
         = "What the name has: words with * and ?, joined by & (and), ^ (or), ! (not), ( )";
     static constexpr char const *node_help = "The number of a node in the list, or its name";
 
     CLI::App m_app { "Opens 3D and image files, and keeps what is in them in scenes.", "scoutrix" };
     Command m_command;
+    std::vector<std::string> m_arguments; // as they were given
+    std::vector<std::string> m_viewed;    // those for the viewer
+    bool m_json = false;
     std::string m_settings;
     std::string m_plugins;
     std::string m_log;

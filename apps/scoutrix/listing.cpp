@@ -2,8 +2,11 @@
 #include "apps/scoutrix/listing.h"
 
 #include "apps/common/console.h"
+#include "apps/common/json_output.h"
+#include "apps/scoutrix/node_json.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <string>
 
 namespace scoutrix {
@@ -71,15 +74,24 @@ public:
         }
         auto const &node = static_cast<CSceneNode const &>(*each);
         Count(node);
-        if (m_options.depth < 0 || m_depth < m_options.depth)
+        if (m_options.depth >= 0 && m_depth >= m_options.depth)
+            ; // deeper than what was asked for
+        else if (m_options.json)
+            Collect(node);
+        else
             Print(node);
         if (code == enterParent)
             ++m_depth;
         return true;
     }
 
-    void PrintSummary() const
+    void PrintSummary()
     {
+        if (m_options.json) {
+            kor_apps::print_json({ { "nodes", std::move(m_nodes) }, { "files", m_files },
+                { "folders", m_folders }, { "bytes", m_bytes } });
+            return;
+        }
         Text line;
         line.Format(L"%I64u %s in %I64u %s, %I64u bytes", m_files,
             m_files == 1 ? L"file" : L"files", m_folders, m_folders == 1 ? L"folder" : L"folders",
@@ -97,6 +109,17 @@ private:
         m_bytes += node.GetNumber(propertySize);
     }
 
+    void Collect(CSceneNode const &node)
+    {
+        nlohmann::ordered_json json { { "depth", m_depth } };
+        for (wchar_t const *const key : { L"id", L"name", L"kind", L"size", L"modified" })
+            json[kor_apps::to_utf8(key)] = get_json_value(node, key);
+        json["description"] = to_json(node.Describe());
+        if (m_options.properties)
+            json["properties"] = get_json_properties(node);
+        m_nodes.push_back(std::move(json));
+    }
+
     void Print(CSceneNode const &node) const
     {
         Text const indent = get_indent(m_depth);
@@ -112,6 +135,7 @@ private:
     }
 
     ListOptions const &m_options;
+    nlohmann::ordered_json m_nodes = nlohmann::ordered_json::array();
     int m_depth = 0;
     unsigned long long m_files = 0;
     unsigned long long m_folders = 0;

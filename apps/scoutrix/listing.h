@@ -18,6 +18,7 @@ struct ListOptions {
     int depth = -1; // levels shown; negative: all
     SortKey sort = SortKey::None;
     bool properties = false; // every entry of every node, on lines of their own
+    bool json = false;       // nodes, files, folders and bytes as members of one object
 };
 
 // Folders come first when sorted, the newest and largest files before the others.

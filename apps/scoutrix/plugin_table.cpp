@@ -2,18 +2,23 @@
 #include "apps/scoutrix/plugin_table.h"
 
 #include "apps/common/console.h"
+#include "apps/common/exit_codes.h"
+#include "apps/common/json_output.h"
 #include "apps/common/paths.h"
 #include "apps/common/text_table.h"
-#include "apps/scoutrix/exit_codes.h"
 #include "apps/scoutrix/host_log.h"
+#include "apps/scoutrix/node_json.h"
 #include "apps/scoutrix/type_table.h"
 #include "kortools/files/path_parts.h"
 #include "kortools/files/plugins.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace scoutrix {
 namespace {
+
+using enum kor_apps::ExitCode;
 
 // Also those of the other system, which are told from files that are none.
 bool is_library(std::filesystem::path const &name)
@@ -72,21 +77,27 @@ Finding examine(Text const &library, std::vector<CFileExt> const &types)
 
 } // namespace
 
-int list_plugins(Text const &folder)
+int list_plugins(Text const &folder, bool as_json)
 {
     std::vector<CFileExt> const types = get_types();
     kor_apps::TextTable table({ L"library", L"verdict", L"types, or the reason" });
+    auto json = nlohmann::ordered_json::array();
     bool refused = false;
     std::vector<Text> const libraries = find_libraries(folder);
     for (Text const &library : libraries) {
         Finding const finding = examine(library, types);
         table.Add({ fileStripPath(library), finding.verdict, finding.detail });
+        json.push_back({ { "library", to_json(fileStripPath(library)) },
+            { "verdict", to_json(finding.verdict) }, { "detail", to_json(finding.detail) } });
         log_line(library + L": " + finding.verdict + L", " + finding.detail);
         refused |= !finding.is_good;
     }
     if (libraries.empty())
         kor_apps::fail(L"there are no plug-ins in " + kor_apps::to_shown(folder));
-    table.Print();
+    if (as_json)
+        kor_apps::print_json(json);
+    else
+        table.Print();
     return refused ? exit_failed : exit_done;
 }
 

@@ -6,9 +6,9 @@
 
 namespace scoutrix {
 
-// One line for each library: its verdict, and the types that it has added or the reason why it was
-// refused. To be called while KnownTypes lives. The exit code: 1 when one was refused, or there is
-// none.
-int list_plugins(Text const &folder);
+// One line, or object, for each library: its verdict, and the types that it has added or the reason
+// why it was refused. To be called while KnownTypes lives. The exit code: 1 when one was refused,
+// or there is none.
+int list_plugins(Text const &folder, bool as_json);
 
 } // namespace scoutrix

@@ -2,16 +2,20 @@
 #include "apps/scoutrix/prefs.h"
 
 #include "apps/common/console.h"
+#include "apps/common/exit_codes.h"
+#include "apps/common/json_output.h"
 #include "apps/common/paths.h"
 #include "apps/common/text_table.h"
-#include "apps/scoutrix/exit_codes.h"
+#include "apps/scoutrix/node_json.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace scoutrix {
 namespace {
 
 using kor_apps::from_utf8;
+using enum kor_apps::ExitCode;
 
 SettingInfo const &find_setting(std::string const &key)
 {
@@ -32,6 +36,14 @@ int save(Session &session)
 
 int show_settings(Session &session)
 {
+    if (session.json) {
+        nlohmann::ordered_json json;
+        for (SettingInfo const &info : get_setting_infos())
+            json["settings"][info.key] = info.get(session.settings);
+        json["file"] = to_json(kor_apps::to_shown(session.file.GetPath()));
+        kor_apps::print_json(json);
+        return exit_done;
+    }
     kor_apps::TextTable table({ L"setting", L"value", L"meaning" });
     for (SettingInfo const &info : get_setting_infos())
         table.Add({ info.key, from_utf8(info.get(session.settings)), info.help });
@@ -42,7 +54,11 @@ int show_settings(Session &session)
 
 int get_setting(Session &session, std::string const &key)
 {
-    kor_apps::print_line(from_utf8(find_setting(key).get(session.settings)));
+    std::string const value = find_setting(key).get(session.settings);
+    if (session.json)
+        kor_apps::print_json(value);
+    else
+        kor_apps::print_line(from_utf8(value));
     return exit_done;
 }
 
@@ -70,7 +86,11 @@ int show_settings_file(Session &session)
 {
     if (session.file.GetPath().IsEmpty())
         kor_apps::fail(L"the system has no place for settings");
-    kor_apps::print_line(kor_apps::to_shown(session.file.GetPath()));
+    Text const path = kor_apps::to_shown(session.file.GetPath());
+    if (session.json)
+        kor_apps::print_json(to_json(path));
+    else
+        kor_apps::print_line(path);
     return exit_done;
 }
 

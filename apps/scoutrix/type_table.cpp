@@ -2,15 +2,21 @@
 #include "apps/scoutrix/type_table.h"
 
 #include "apps/common/console.h"
+#include "apps/common/exit_codes.h"
+#include "apps/common/json_output.h"
 #include "apps/common/text_table.h"
-#include "apps/scoutrix/exit_codes.h"
+#include "apps/scoutrix/node_json.h"
 #include "kortools/files/io_plugins.h"
 #include "kortools/files/path_parts.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
+#include <sstream>
 
 namespace scoutrix {
 namespace {
+
+using enum kor_apps::ExitCode;
 
 struct Kind {
     unsigned int bit;
@@ -35,6 +41,46 @@ bool is_wanted(CFileExt const &type, TypeFilter const &filter)
         || std::ranges::find(filter.kinds, get_kind_name(type.m_properties)) != filter.kinds.end();
     return kind && (!filter.loaded || (type.m_properties & fileCanLoad) != 0)
         && (!filter.saved || (type.m_properties & fileCanSave) != 0);
+}
+
+std::vector<std::string> split(std::string const &extensions)
+{
+    std::vector<std::string> parts;
+    std::istringstream text(extensions);
+    for (std::string part; std::getline(text, part, '|');)
+        parts.push_back(part);
+    return parts;
+}
+
+// Codes of no component are null.
+nlohmann::ordered_json describe_type(CFileExt const &type)
+{
+    auto const code = [](unsigned int number) {
+        return number == fileNoComponent ? nlohmann::ordered_json() : to_json(format_code(number));
+    };
+    Text const library = get_library_name(type);
+    return { { "class", code(type.m_class) }, { "kind", get_kind_name(type.m_properties) },
+        { "loads", (type.m_properties & fileCanLoad) != 0 },
+        { "saves", (type.m_properties & fileCanSave) != 0 }, { "loader", code(type.m_loader) },
+        { "saver", code(type.m_saver) },
+        { "plugin", library.IsEmpty() ? nlohmann::ordered_json() : to_json(library) },
+        { "extensions", split(kor_apps::to_utf8(type.m_extensions)) },
+        { "description", to_json(type.m_description) } };
+}
+
+void print_types(std::vector<CFileExt> const &types)
+{
+    kor_apps::TextTable table({ L"class", L"kind", L"can", L"loader", L"saver", L"plug-in",
+        L"extensions", L"description" });
+    for (CFileExt const &type : types) {
+        Text extensions = type.m_extensions;
+        extensions.Replace(L'|', L' ');
+        table.Add(
+            { format_code(type.m_class), kor_apps::from_utf8(get_kind_name(type.m_properties)),
+                get_abilities(type), format_code(type.m_loader), format_code(type.m_saver),
+                get_library_name(type), extensions, type.m_description });
+    }
+    table.Print();
 }
 
 } // namespace
@@ -82,23 +128,17 @@ Text get_library_name(CFileExt const &type)
 
 int list_types(TypeFilter const &filter)
 {
-    kor_apps::TextTable table({ L"class", L"kind", L"can", L"loader", L"saver", L"plug-in",
-        L"extensions", L"description" });
-    int listed = 0;
-    for (CFileExt const &type : get_types()) {
-        if (!is_wanted(type, filter))
-            continue;
-        Text extensions = type.m_extensions;
-        extensions.Replace(L'|', L' ');
-        table.Add(
-            { format_code(type.m_class), kor_apps::from_utf8(get_kind_name(type.m_properties)),
-                get_abilities(type), format_code(type.m_loader), format_code(type.m_saver),
-                get_library_name(type), extensions, type.m_description });
-        ++listed;
+    std::vector<CFileExt> types = get_types();
+    std::erase_if(types, [&](CFileExt const &type) { return !is_wanted(type, filter); });
+    if (filter.json) {
+        auto json = nlohmann::ordered_json::array();
+        for (CFileExt const &type : types)
+            json.push_back(describe_type(type));
+        kor_apps::print_json(json);
+    } else if (!types.empty()) {
+        print_types(types);
     }
-    if (listed > 0)
-        table.Print();
-    return listed > 0 ? exit_done : exit_failed;
+    return types.empty() ? exit_failed : exit_done;
 }
 
 } // namespace scoutrix

@@ -26,9 +26,10 @@ struct TypeFilter {
     std::vector<std::string> kinds; // empty: all
     bool loaded = false;            // only what can be loaded
     bool saved = false;
+    bool json = false; // print one array
 };
 
-// One line for each type. The exit code: 1 when none passes the filter.
+// One line or object for each type. The exit code: 1 when none passes the filter.
 int list_types(TypeFilter const &filter);
 
 } // namespace scoutrix

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/viewer/viewer.h"
 
+#include "apps/common/command_line.h"
 #include "apps/common/console.h"
 #include "apps/common/paths.h"
 #include "apps/scoutrix/known_types.h"
@@ -128,12 +129,22 @@ private:
     int m_code = 0;
 };
 
+constexpr kor_apps::ExitMeaning exits[] = { { kor_apps::exit_done, "done" },
+    { kor_apps::exit_failed, "failed" }, { kor_apps::exit_usage, "wrong usage" },
+    { kor_apps::exit_missing, "a file is not there, or its disk does not answer" },
+    { kor_apps::exit_unknown, "nothing loads files of that type" },
+    { kor_apps::exit_damaged, "the loader of its type cannot read a file" } };
+constexpr kor_apps::Example examples[] = { { "scoutrix-view a.png b.obj", "shows two files" },
+    { "scoutrix-view --size 320,240 --screenshot small.png b.obj", "makes a picture of a scene" } };
+
 void add_options(CLI::App &app, Options &options)
 {
+    kor_apps::add_program_facts(app, { exits, examples });
     app.allow_windows_style_options(false); // /a/b is a path
     app.add_option("FILE", options.files, "Bitmaps and scenes of a type that can be loaded")
         ->required();
-    app.add_option("--plugins", options.plugins, "The folder of plug-ins, in place of the host's");
+    app.add_option("--plugins", options.plugins, "The folder of plug-ins, in place of the host's")
+        ->type_name("FOLDER");
     app.add_option("-z,--zoom", options.zoom, "Per cent, in place of the whole picture")
         ->check(CLI::Range(1.0, 3200.0));
     app.add_option("-s,--select", options.selection, "Frame a part: left, top, width and height")
@@ -145,7 +156,8 @@ void add_options(CLI::App &app, Options &options)
         ->expected(2)
         ->check(CLI::Range(16, 8192));
     app.add_option("--screenshot", options.screenshot,
-        "Show the first file, write the window to this picture, and end");
+           "Show the first file, write the window to this picture, and end")
+        ->type_name("FILE");
 }
 
 } // namespace

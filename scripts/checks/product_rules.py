@@ -7,6 +7,8 @@ import os
 import pathlib
 import re
 
+import manuals
+
 from . import tree
 
 PRODUCTS = {
@@ -51,6 +53,16 @@ def exports():
             yield f"{list_of_exports(system)}: lost: {name}"
 
 
+def manual():
+    """Manual pages and completions say what the programs say of themselves."""
+    missing = []
+    for path, text in manuals.make_all(missing):
+        if not path.exists() or path.read_text(encoding="utf-8") != text:
+            yield f"{path}: stale; scripts/update-manuals writes it"
+    if len(missing) == len(manuals.PROGRAMS):
+        yield f"{missing[0]}: missing; build the preset 'release' first"
+
+
 def digest(command, source, settings):
     """Changes when the source, a header it includes, the flags or the settings change."""
     parts = re.sub(r" -[oc] \S+", "", command).split()
@@ -91,4 +103,4 @@ def tidy():
                 yield line.removeprefix(top)
 
 
-RULES = [exports, tidy]
+RULES = [exports, manual, tidy]

@@ -33,13 +33,13 @@ def format():
 
 
 def licence():
-    """The licence line comes first, or after #!."""
+    """The licence line comes first, or after #! and #compdef."""
     for path in tree.files():
         text = tree.lines(path)
         if (path.suffix in NO_LICENCE_LINE or path.name.startswith(".") or path.name == "LICENSE"
                 or path.parts[:2] == ("fuzz", "corpus") or str(path) in NO_ROOM_FOR_IT):
             continue
-        first = text[1:2] if text and text[0].startswith("#!") else text[:1]
+        first = text[1:2] if text and text[0].startswith(("#!", "#compdef")) else text[:1]
         if text and not (first and LICENCE in first[0]):
             yield f"{path}:1: the first line is not '{LICENCE}'"
 

@@ -2,7 +2,12 @@
 // The commands of scoutrix, as a user types them.
 #include "tests/apps/host_support.h"
 
+#include "kortools/platform/child_program.h"
+
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
 
 TEST_F(Host, ListsATreeInTheOrderThatIsAskedFor)
 {
@@ -110,4 +115,74 @@ TEST_F(Host, OpensFilesByTheirNames)
         EXPECT_NE(m_errors.find(message), std::string::npos) << m_errors;
         EXPECT_NE(m_output.find("20 x 12, 24 bits"), std::string::npos) << m_output;
     }
+}
+
+TEST_F(Host, PrintsResultsAsJson)
+{
+    Import({ "cube.obj", "checker.bmp" });
+    Run({ "set", m_scene, "sides", "colour", "a \"b\" \xE2\x82\xAC" });
+    auto const run = [&](std::vector<std::string> arguments, int code) {
+        arguments.push_back("--json");
+        EXPECT_EQ(Run(arguments), code) << m_errors;
+        return nlohmann::json::parse(m_output, nullptr, false);
+    };
+    auto const list = run({ "list", m_scene, "-p", "-d2" }, 0);
+    EXPECT_EQ(list["files"], 2) << list;
+    EXPECT_EQ(list["nodes"].size(), 3U) << "the depth counts";
+    EXPECT_EQ(list["nodes"][1]["depth"], 1);
+    EXPECT_EQ(list["nodes"][1]["properties"]["minimum"].size(), 3U) << list["nodes"][1];
+    EXPECT_TRUE(list["nodes"][2]["properties"]["top-down"].is_boolean()) << list["nodes"][2];
+    EXPECT_EQ(run({ "get", m_scene, "sides" }, 0)["values"]["colour"], "a \"b\" \xE2\x82\xAC");
+    EXPECT_EQ(run({ "get", m_scene, "checker.bmp", "width" }, 0),
+        nlohmann::json(list["nodes"][2]["properties"]["width"]));
+    EXPECT_EQ(run({ "search", "cube*", m_scene }, 0)[0]["path"], "samples\\cube.obj");
+    EXPECT_EQ(run({ "search", "nothing", m_scene }, 1), nlohmann::json::array());
+    auto const types = run({ "types", "bitmap" }, 0);
+    EXPECT_EQ(types[0]["kind"], "bitmap") << types;
+    EXPECT_TRUE(types[0]["extensions"].is_array()) << types;
+    auto const opened = run({ "open", Sample("checker.bmp"), Sample("missing.bmp") }, 3);
+    EXPECT_GT(opened[0]["properties"]["width"], 0) << opened;
+    EXPECT_EQ(opened[1]["code"], 3) << opened;
+    EXPECT_EQ(run({ "recent" }, 0).size(), 1U);
+    EXPECT_EQ(run({ "prefs" }, 0)["settings"]["depth"], "all");
+}
+
+// Whoever asks for this program's description gets commands with all that they take.
+TEST_F(Host, DescribesItselfForManualsAndCompletions)
+{
+    EXPECT_EQ(Run({ "--describe" }), 0) << "no command is wanted";
+    auto const json = nlohmann::json::parse(m_output, nullptr, false);
+    EXPECT_EQ(json["name"], "scoutrix") << m_output;
+    EXPECT_EQ(json["exits"].back()["code"], 130);
+    auto const find = [](nlohmann::json const &list, char const *key, auto const &value) {
+        return *std::ranges::find_if(list, [&](auto const &each) { return each[key] == value; });
+    };
+    auto const types = find(json["commands"], "name", "types");
+    EXPECT_EQ(types["arguments"][0]["choices"].size(), 6U) << types;
+    EXPECT_EQ(types["arguments"][0]["repeated"], true) << types;
+    auto const import = find(json["commands"], "name", "import");
+    auto const output = find(import["options"], "names", std::vector { "-o", "--output" });
+    EXPECT_EQ(output["value"], "SCENE") << output;
+    EXPECT_EQ(output["required"], true) << output;
+    EXPECT_EQ(find(json["commands"], "name", "prefs")["commands"].size(), 6U);
+    EXPECT_EQ(m_output.find("--describe"), std::string::npos) << "it is not for users";
+}
+
+TEST_F(Host, HandsAllBehindViewToTheViewer)
+{
+    if (!kortools::platform::find_program("scoutrix-view").empty())
+        GTEST_SKIP() << "the real one would show a window";
+    EXPECT_EQ(Run({ "view", Sample("cube.obj"), "--help" }), 1);
+    EXPECT_NE(m_errors.find("scoutrix-view is not installed"), std::string::npos) << m_errors;
+#ifndef _WIN32 // where a script is no program
+    auto const folder = m_folder.GetPath() / "viewer";
+    auto const script = folder / "scoutrix-view";
+    std::filesystem::create_directory(folder);
+    std::ofstream(script) << "#!/bin/sh\n[ \"$*\" = '--help -- --log a b -j' ] && exit 42\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    std::string const path = std::getenv("PATH");
+    setenv("PATH", (":relative:" + folder.string() + ":" + path).c_str(), 1);
+    EXPECT_EQ(Run({ "view", "--help", "--", "--log", "a b", "-j" }), 42) << m_errors;
+    setenv("PATH", path.c_str(), 1);
+#endif
 }
