@@ -38,7 +38,7 @@ Json describe_option(CLI::Option const &option)
     if (option.get_expected_max() > 0 && option.get_type_size() > 0)
         describe_value(option, json);
     json["required"] = option.get_required();
-    json["repeated"] = option.get_expected_max() > 1;
+    json["repeated"] = option.get_expected_max() > option.get_expected_min();
     return json;
 }
 
