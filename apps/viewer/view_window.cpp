@@ -47,7 +47,7 @@ void ViewWindow::SetZoom(float zoom)
 
 void ViewWindow::Fit()
 {
-    m_coord.AutoFit(1, 0);
+    m_coord.AutoFit(0, 0);
     UpdateStatus();
 }
 
