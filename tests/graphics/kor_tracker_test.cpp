@@ -132,7 +132,8 @@ TEST_F(Trackers, ObeyArrowKeys)
             CKorTracker tracker(CRect(10, 10, 30, 20), CKorTracker::solidLine);
             tracker.SetConstraint(mode, 0.5F);
             tracker.SetWnd(&m_window);
-            m_window.keys_down = { row.modifier, row.modifier == 0x10 ? 0x11U : 0U }; // Shift wins
+            m_window.hold_keys(
+                { { row.modifier, true }, { 0x11, row.modifier != 0 } }); // Shift wins
             EXPECT_EQ(tracker.OnKey(row.key, nullptr), 1);
             EXPECT_EQ(tracker.GetRect(), mode ? row.fixed : row.free) << row.key << row.modifier;
         }
@@ -144,7 +145,7 @@ TEST_F(Trackers, ObeyArrowKeys)
     EXPECT_EQ(tracker.GetRect(), CRect(11, 10, 31, 20));
     tracker.SetWnd(&m_window);
     tracker.SetConstraint(1, 0.5F);
-    m_window.keys_down = { 0x10 };
+    m_window.hold_keys({ { 0x10, true } });
     tracker.OnKey(up_key, &bounds); // would grow to the right, too
     EXPECT_EQ(tracker.GetRect(), CRect(11, 10, 31, 20));
 }

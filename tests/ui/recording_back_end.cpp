@@ -33,7 +33,7 @@ RecordingView::~RecordingView()
 void RecordingView::set_size(CXSize const &new_size)
 {
     size = new_size;
-    SetScrollSizes(m_total, {});
+    lay_out();
 }
 
 void RecordingView::SetScrollInfo(ScrollBar bar, kortools::ui::ScrollRange const &range)
@@ -45,19 +45,19 @@ void RecordingView::SetScrollInfo(ScrollBar bar, kortools::ui::ScrollRange const
 void RecordingView::SetScrollSizes(CXSize const &total, CXSize const &)
 {
     m_total = total;
-    if (m_is_scrolling) {
-        CXSize const bars = GetScrollBarSize();
-        bool const is_tall = total.cy > size.cy;
-        bool const is_wide = total.cx > size.cx - (is_tall ? bars.cx : 0);
-        m_bars[ScrollBar::Horizontal].is_shown = is_wide;
-        m_bars[ScrollBar::Vertical].is_shown = total.cy > size.cy - (is_wide ? bars.cy : 0);
-    }
     lay_out();
 }
 
 // Shows the bars, and gives the client area what they leave.
 void RecordingView::lay_out()
 {
+    if (m_is_scrolling) {
+        CXSize const bars = GetScrollBarSize();
+        bool const is_tall = m_total.cy > size.cy;
+        bool const is_wide = m_total.cx > size.cx - (is_tall ? bars.cx : 0);
+        m_bars[ScrollBar::Horizontal].is_shown = is_wide;
+        m_bars[ScrollBar::Vertical].is_shown = m_total.cy > size.cy - (is_wide ? bars.cy : 0);
+    }
     CXSize client = size;
     client.cx -= HasScrollBar(ScrollBar::Vertical) ? GetScrollBarSize().cx : 0;
     client.cy -= HasScrollBar(ScrollBar::Horizontal) ? GetScrollBarSize().cy : 0;
