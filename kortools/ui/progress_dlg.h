@@ -14,8 +14,10 @@
 //       }
 //       dialog.DelayDestroy();
 //   });
-//   while (dialog.HasWindow())
-//       get_back_end()->PumpMessages(); // or the program's own message loop
+//   while (dialog.HasWindow()) { // or the program's own message loop
+//       get_back_end()->PumpMessages();
+//       CXThread::SleepCurrentThread(10);
+//   }
 //   worker.join();
 //
 // Threads: the window belongs to the main thread (GetApplicationMainThreadID()), which creates it.
@@ -24,8 +26,8 @@
 // store their value, and the window shows it on its next tick, every 500 ms. One thread at a time
 // reports the progress of a bar; several may set texts. A worker never waits for the window.
 //
-// The dialog must outlive the workers that use it. Its window ends with DelayDestroy(), Destroy()
-// or the dialog; the parent must live as long.
+// The dialog must outlive the workers that use it and the calls of its handlers; the parent must
+// outlive the dialog.
 //
 // Bars: the last argument of the operations on bars is true for the main bar, above, and false for
 // the second one, which shows once it is used. Positions show in steps of a per cent of the range's
@@ -63,8 +65,7 @@ public:
     // Shows the window, on the main thread, and forgets a Cancel of before. A null text is the one
     // that was set before the call, if any; texts may also be given by their numbers (xLoadString).
     // False when there is no back end, on other threads, while there is a window already, and from
-    // within the handlers below.
-    // Throws CXResourceException when the window cannot be created.
+    // within the handlers below. Throws CXResourceException when the window cannot be created.
     bool Create(CWnd *parent, wchar_t const *title, wchar_t const *status = nullptr,
         wchar_t const *cancelText = nullptr);
     bool Create(CWnd *parent, unsigned int titleId, unsigned int statusId = 0xFFFFFFFF);
