@@ -49,7 +49,7 @@ public:
         --m_depth;
         return result;
     }
-    void forget_handler() { m_handler = nullptr; }
+    void set_handler(WindowHandler *handler) { m_handler = handler; }
     bool is_in_handler() const { return m_depth != 0; } // so that its widget must not go now
 
     // --- Scroll bars

@@ -18,7 +18,7 @@
 
 namespace kortools::ui::qt {
 
-View::View(QWidget *parent, WindowHandler &handler, ViewKind kind)
+View::View(QWidget *parent, ViewKind kind)
     : QAbstractScrollArea(parent)
     , m_kind(kind)
 {
@@ -26,7 +26,7 @@ View::View(QWidget *parent, WindowHandler &handler, ViewKind kind)
     setLayoutDirection(Qt::LeftToRight);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setMouseTracking(true);
-    m_surface = std::make_shared<Surface>(*viewport(), &handler);
+    m_surface = std::make_shared<Surface>(*viewport(), nullptr);
     auto band = std::make_unique<PaintedBand>(*viewport());
     m_band = band.get();
     m_surface->set_rubber_band(std::move(band));

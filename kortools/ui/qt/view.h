@@ -16,7 +16,7 @@ namespace kortools::ui::qt {
 
 class View : public QAbstractScrollArea {
 public:
-    View(QWidget *parent, WindowHandler &handler, ViewKind kind);
+    View(QWidget *parent, ViewKind kind); // has no handler at first
 
     std::shared_ptr<Surface> const &get_surface() const { return m_surface; }
 

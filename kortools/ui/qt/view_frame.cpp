@@ -22,7 +22,7 @@ constexpr int status_margin = 2; // pixels
 class FrameWidget : public QWidget {
 public:
     FrameWidget(WindowHandler &handler, ViewKind kind)
-        : view(*new View(this, handler, kind))
+        : view(*new View(this, kind))
         , status(*new QLabel(this))
     {
         status.setTextFormat(Qt::PlainText);
@@ -36,6 +36,7 @@ public:
         setFocusProxy(&view);
         resize(first_size);
         lay_out();
+        view.get_surface()->set_handler(&handler); // which may not expect to be called so early
     }
 
     // Qt does nothing of it before a window is shown for the first time.
@@ -96,7 +97,7 @@ public:
     ~QtViewFrame() override
     {
         auto const surface = m_view.get_surface();
-        surface->forget_handler();
+        surface->set_handler(nullptr);
         if (!m_frame)
             return;
         m_frame->hide();
