@@ -12,9 +12,11 @@ from . import tree
 
 WORK = pathlib.Path("build/check/abi")
 BUILD = pathlib.Path("build/release/kortools")
+FOREIGN_TYPES = pathlib.Path(__file__).resolve().parents[2] / "abi/suppressions.ini"
 # File of the library: the headers that bring its interface.
 LIBRARIES = {
     BUILD / "libKorTools.Qxl.so.16": lambda: ["kortools/kortools.h"],
+    BUILD / "ui/libKorToolsQt.Qxl.so.16": lambda: ["kortools/ui/qt/back_end.h"],
 }
 
 
@@ -44,6 +46,7 @@ def write(library, target):
     """Describes a built library in `target`; raises when libabigail cannot."""
     target.parent.mkdir(parents=True, exist_ok=True)
     command = ["abidw", "--headers-dir", public_headers(library), "--drop-private-types",
+               "--suppressions", FOREIGN_TYPES,
                "--exported-interfaces-only", "--drop-undefined-syms", "--no-parameter-names",
                "--debug-info-dir", library.parent, "--no-elf-needed", "--no-architecture",
                "--no-corpus-path", "--no-comp-dir-path", "--no-show-locs", "--short-locs",
