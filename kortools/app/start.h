@@ -50,8 +50,9 @@ KORTOOLS_API void CloseBrantisApplication(unsigned int flags = 0);
 KORTOOLS_API void InitKorTools(unsigned int flags = 0);
 KORTOOLS_API void CloseKorTools(unsigned int flags = 0);
 
+// A loaded library, as the system's own headers for Windows declare it.
 struct HINSTANCE__;
-using HINSTANCE = HINSTANCE__ *;
+using HINSTANCE = HINSTANCE__ *; // a loaded library
 
 // The library as a loaded module: what GetProcAddress() takes on Windows, dlsym() on Linux.
 KORTOOLS_API HINSTANCE KorToolsResourceHandle();

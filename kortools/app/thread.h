@@ -56,7 +56,7 @@ enum xThreadPriority {
 class KORTOOLS_API CXThread : public CXObject {
     KOR_DECLARE_CLASS(CXThread)
 public:
-    using ThreadFunction = bool (*)(void *data);
+    using ThreadFunction = bool (*)(void *data); // a body; its result is the thread's
 
     enum ThreadFlags : unsigned int {
         autoDelete = 0x1,      // the object deletes itself when the thread ends
@@ -106,8 +106,8 @@ public:
         xThreadPriority priority = xThreadPriorityNormal, unsigned int creationFlags = 0,
         unsigned int stackSize = 0);
 
-    void SetCancel(); // asks the body to end, which it does when it sees ShouldCancel()
-    bool ShouldCancel() const;
+    void SetCancel();          // asks the body to end, which it does when it sees ShouldCancel()
+    bool ShouldCancel() const; // for the body: has SetCancel() been called?
     bool IsTerminated() const;
     void SetAutoDelete(bool deleteAtEnd);
     void SetFlag(ThreadFlags flag, bool on = true);

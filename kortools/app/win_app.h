@@ -41,6 +41,7 @@ public:
 
     virtual int GetProfileInt(
         wchar_t const *section, wchar_t const *entry, int defaultValue = 0) const;
+    // False when the profile cannot be written, here and below.
     virtual bool WriteProfileInt(wchar_t const *section, wchar_t const *entry, int value);
 
     // A null value deletes the entry.

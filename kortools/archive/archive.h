@@ -55,9 +55,9 @@ public:
     enum Mode : unsigned int { store = 0, load = 1 };
 
     static constexpr unsigned int default_buffer_size = 4096; // bytes
-    static constexpr unsigned int minimum_buffer_size = 128;
-    static constexpr unsigned int no_schema = 0xFFFFFFFF;
-    static constexpr unsigned long long unknown_size = ~0ULL;
+    static constexpr unsigned int minimum_buffer_size = 128;  // smaller ones are enlarged
+    static constexpr unsigned int no_schema = 0xFFFFFFFF;     // see GetObjectSchema()
+    static constexpr unsigned long long unknown_size = ~0ULL; // see GetBytesLeft()
 
     // How deep objects may lie in one another, in either mode; one more level throws the generic
     // cause. Objects are written and read by recursion, so the limit keeps files readable that were

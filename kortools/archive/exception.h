@@ -50,7 +50,7 @@ public:
 protected:
     explicit CXException(kortools::core::NoBlock none) noexcept; // without a message
 
-    CXTString<wchar_t> m_message;
+    CXTString<wchar_t> m_message; // what GetErrorMessage() begins with
 
 private:
     friend class kortools::archive::PendingExceptions;
@@ -59,6 +59,7 @@ private:
     CXException *m_nextPending = nullptr;   // in the registry's chain
 };
 
+// What goes wrong with a file, by cause.
 class KORTOOLS_API CXFileException : public CXException {
     KOR_DECLARE_CLASS(CXFileException)
 public:
@@ -115,6 +116,7 @@ private:
     CXTString<wchar_t> m_fileName;
 };
 
+// What an archive finds wrong with its bytes, or with how it is used.
 class KORTOOLS_API CXArchiveException : public CXException {
     KOR_DECLARE_CLASS(CXArchiveException)
 public:

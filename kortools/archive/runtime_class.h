@@ -19,8 +19,8 @@ class CXArchive;
 class CXObject;
 
 struct KORTOOLS_API CXRuntimeClass {
-    static constexpr unsigned int schema_mask = 0x00FFFFFF;
-    static constexpr unsigned int not_serializable = 0x10000000;
+    static constexpr unsigned int schema_mask = 0x00FFFFFF;        // the number's bits
+    static constexpr unsigned int not_serializable = 0x10000000;   // refused by archives
     static constexpr unsigned int versionable_schema = 0x20000000; // other schemas may be loaded
 
     char const *m_className;           // narrow; the key of the registry and the name in archives
@@ -85,6 +85,7 @@ private:
 // The root of the serializable classes.
 class KORTOOLS_API CXObject {
 public:
+    // What the macros make in every class: its record, and the way to it.
     static CXRuntimeClass const classCreatorCXObject;
     static constexpr CXRuntimeClass const *kor_class_record() { return &classCreatorCXObject; }
     static CXRuntimeClass const *GetThisRuntimeClassDescriptor();
@@ -119,6 +120,7 @@ public:                                                                         
                                                                                                    \
 private:
 
+// For the two macros below.
 #define KOR_DETAIL_IMPLEMENT_CLASS(Class, Base, schemaWord, creator)                               \
     CXRuntimeClass const Class::classCreator##Class                                                \
         = { #Class, sizeof(Class), schemaWord, Base::kor_class_record(), creator };                \

@@ -128,6 +128,7 @@ public:
 
     T const &GetAt(int index) const { return m_data[check(index)]; }
     void SetAt(int index, ARG_T element) { m_data[check(index)] = element; }
+    // The element itself, to be changed.
     T &ElementAt(int index) { return m_data[check(index)]; }
     T const &operator[](int index) const { return m_data[check(index)]; }
     T &operator[](int index) { return m_data[check(index)]; }

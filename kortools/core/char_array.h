@@ -23,7 +23,7 @@ struct NoBlock { }; // asks for what is empty and takes no memory
 
 template <class T> class KORTOOLS_API CXTCharArray {
 public:
-    static constexpr long long max_length = INT_MAX;
+    static constexpr long long max_length = INT_MAX; // characters
 
     CXTCharArray() { SetLength(0); } // a block of 16 characters
 

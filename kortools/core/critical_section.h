@@ -30,6 +30,7 @@ public:
     // calling thread is the holder.
     bool IsLocked() const { return m_lock.depth() > 0; }
 
+    // The names that the standard's guards call.
     void lock() { Lock(); }
     void unlock() { Unlock(); }
 

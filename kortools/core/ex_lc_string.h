@@ -29,7 +29,9 @@ private:
 
 template <> inline constexpr bool kortools::core::is_trivially_relocatable<CExLCString> = true;
 
+// Hashes and compares such keys.
 template <> struct CHashMethods<CExLCString> {
+    // Those of the text.
     using Text = CHashMethods<CXTString<wchar_t>>;
 
     static unsigned int GetFullHash(CExLCString const &key)

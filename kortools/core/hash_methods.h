@@ -51,6 +51,7 @@ KORTOOLS_API unsigned int HashUTF16(wchar_t const *text, std::size_t length);
 KORTOOLS_API unsigned int HashUTF16(char16_t const *text, std::size_t length);
 KORTOOLS_API unsigned int HashUTF16(char const *text, std::size_t length);
 
+// Of a whole text.
 template <typename T> unsigned int HashUTF16(T const *text) // up to the first zero; null is empty
 {
     return text ? HashUTF16(text, std::char_traits<T>::length(text)) : HashUTF16(text, 0);
@@ -111,6 +112,7 @@ template <typename K> struct CHashMethods {
     static bool IsEqual(K const &a, K const &b) { return a == b; }
 };
 
+// Of texts, by their UTF-16 units.
 template <typename T> struct CHashMethods<CXTString<T>> {
     static unsigned int GetFullHash(CXTString<T> const &key) { return HashUTF16(key); }
     static unsigned int GetSearchHash(CXTString<T> const &key)

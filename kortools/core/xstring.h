@@ -45,8 +45,8 @@
 
 template <class T> class KORTOOLS_API CXTString {
 public:
-    using Other = kortools::core::other_char_t<T>;
-    using View = std::basic_string_view<T>;
+    using Other = kortools::core::other_char_t<T>; // the other width
+    using View = std::basic_string_view<T>;        // of the same width
 
     CXTString() = default; // owns a block of 16 characters
     CXTString(CXTString const &) = default;

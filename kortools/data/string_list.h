@@ -34,6 +34,7 @@ public:
     Position AddTail(String const &text) { return Insert(text, nullptr); }
     void AddTail(CStringList const &other); // copies of all strings; `other` may be this list
 
+    // Null: at the end.
     Position InsertBefore(Position position, String const &text) { return Insert(text, position); }
 
     // Only with a string of this list; its position is then no longer valid.
@@ -63,6 +64,7 @@ public:
 
     bool operator==(CStringList const &other) const;
 
+    // Forward, over the strings.
     class Iterator {
     public:
         using value_type = String;

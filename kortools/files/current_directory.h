@@ -36,6 +36,7 @@ private:
 // The one that the functions below use.
 extern KORTOOLS_API CCurrentDir gCurrentDir;
 
+// The same on gCurrentDir.
 KORTOOLS_API bool filePushCurrentDirectory(
     CXTString<wchar_t> const &path, unsigned int *timeout = nullptr);
 KORTOOLS_API bool filePopCurrentDirectory();

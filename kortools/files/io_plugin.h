@@ -92,6 +92,7 @@ typedef struct IoPluginType {
 
 // Of ioModeTypes. The plug-in calls `add` for each of its types.
 typedef struct IoPluginTypes {
+    // Of the record, as in every other.
     uint32_t size;
     uint32_t version;
     void *host; // first argument of `add`
@@ -168,6 +169,7 @@ typedef struct IoPluginBitmap {
 // bitmap with begin_bitmap() and then all its rows, in any order. Every function may end the
 // request by what it returns; the plug-in then cleans up and returns false.
 typedef struct IoPluginLoad {
+    // Of the record.
     uint32_t size;
     uint32_t version;
     uint32_t file_class;   // of the type
@@ -196,24 +198,25 @@ typedef struct IoPluginLoad {
 
 // Of ioModeSave: the bitmap is to be written as a file of the type.
 typedef struct IoPluginSave {
+    // As in the record for loading.
     uint32_t size;
     uint32_t version;
     uint32_t file_class;
     IoPluginResult result;
-    uint32_t quality; // 1 to 100 where the type has a choice; 0: the plug-in's
-    uint32_t reserved;
-    char const *path; // where the file will be in the end; it is written by write() only
-    void *host;
+    uint32_t quality;  // 1 to 100 where the type has a choice; 0: the plug-in's
+    uint32_t reserved; // 0
+    char const *path;  // where the file will be in the end; it is written by write() only
+    void *host;        // first argument of the functions below
 
     // Appends to the file. False: it cannot be written, stop.
     bool (*write)(void *host, void const *data, size_t size);
     bool (*progress)(void *host, double fraction); // as for loading
 
-    IoPluginBitmap const *bitmap;
-    void const *rows; // from the top
-    size_t stride;    // bytes from one row to the next
+    IoPluginBitmap const *bitmap; // the form of the rows
+    void const *rows;             // from the top
+    size_t stride;                // bytes from one row to the next
 
-    char error[IO_PLUGIN_ERROR_SIZE];
+    char error[IO_PLUGIN_ERROR_SIZE]; // as for loading
 } IoPluginSave;
 
 // --- What a plug-in exports
@@ -222,6 +225,7 @@ typedef struct IoPluginSave {
 extern "C" {
 #endif
 KORTOOLS_PLUGIN_API unsigned int BrantisGetPluginVersion(void); // IO_PLUGIN_VERSION
+// The entry points. False: it has not done so, or does not know the mode.
 KORTOOLS_PLUGIN_API bool InitBitmapParser(IoPluginMode mode, void *data);
 KORTOOLS_PLUGIN_API bool Init3DParser(IoPluginMode mode, void *data);
 #ifdef __cplusplus

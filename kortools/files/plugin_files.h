@@ -48,6 +48,7 @@ struct CIoMesh {
     std::span<unsigned int const> m_faceSizes;   // corners of each face; empty: triangles
 };
 
+// A place in the scene, with what is shown there.
 struct CIoNode {
     CXTString<wchar_t> m_name;
     int m_parent = -1;             // number in the order of OnNode(), or -1
@@ -55,9 +56,10 @@ struct CIoNode {
     double m_transform[16] = {};   // to the parent's coordinates: four rows, for column vectors
 };
 
+// The form of a picture's rows.
 struct CIoBitmapFormat {
-    unsigned int m_width = 0; // pixels
-    unsigned int m_height = 0;
+    unsigned int m_width = 0;         // pixels
+    unsigned int m_height = 0;        // pixels
     unsigned int m_channels = 0;      // 1 grey, 2 grey and alpha, 3 red green blue, 4 and alpha
     IoPluginDepth m_depth = ioDepth8; // of a channel
     unsigned int m_fileBits = 0;      // of a pixel in the file, 0: not known

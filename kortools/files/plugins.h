@@ -27,11 +27,11 @@
 
 // A loaded library, as the system's own headers for Windows declare it.
 struct HINSTANCE__;
-using HINSTANCE = HINSTANCE__ *;
+using HINSTANCE = HINSTANCE__ *; // a loaded library
 
 struct PluginInfo {
-    HINSTANCE m_module = nullptr;
-    void *m_entry = nullptr; // the address of the entry point
+    HINSTANCE m_module = nullptr; // null: not loaded
+    void *m_entry = nullptr;      // the address of the entry point
 
     template <class Function> Function GetEntry() const
     {

@@ -15,6 +15,7 @@
 #include "kortools/core/xstring.h"
 #include "kortools/export.h"
 
+// Does the whole name match the pattern?
 KORTOOLS_API bool fileMatchWilcards(
     CXTString<wchar_t> const &name, CXTString<wchar_t> const &pattern, bool caseSensitive = false);
 

@@ -37,6 +37,7 @@ public:
     constexpr bool operator==(CFPoint const &) const = default;
 };
 
+// A size of real numbers.
 class CFSize {
 public:
     float cx = 0;
@@ -88,16 +89,19 @@ constexpr float MMToInch(float mm)
     return mm / kortools::graphics::mm_per_inch;
 }
 
+// The same the other way round.
 constexpr float InchToMM(float inches)
 {
     return inches * kortools::graphics::mm_per_inch;
 }
 
+// Both sides.
 constexpr CFSize MMToInch(CFSize const &mm)
 {
     return mm / kortools::graphics::mm_per_inch;
 }
 
+// Both sides.
 constexpr CFSize InchToMM(CFSize const &inches)
 {
     return inches * kortools::graphics::mm_per_inch;

@@ -32,11 +32,12 @@ public:
     CFRect(CXRect const &rect);
     operator CXRect() const;
 
+    // A reversed rectangle has negative extents.
     constexpr void SetRect(float l, float r, float t, float b) { *this = CFRect(l, r, t, b); }
     constexpr float Width() const { return right - left; }
     constexpr float Height() const { return bottom - top; }
 
-    void OffsetRect(float dx, float dy);
+    void OffsetRect(float dx, float dy);  // moves it
     void InflateRect(float dx, float dy); // moves each side outwards
     void NormalizeRect();                 // swaps the ends of a reversed interval
     bool IsNormalized() const;
@@ -68,11 +69,13 @@ public:
 
 static_assert(sizeof(CFRect) == 16);
 
+// All four sides.
 inline CFRect MMToInch(CFRect const &mm)
 {
     return mm / kortools::graphics::mm_per_inch;
 }
 
+// All four sides.
 inline CFRect InchToMM(CFRect const &inches)
 {
     return inches * kortools::graphics::mm_per_inch;

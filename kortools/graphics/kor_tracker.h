@@ -62,6 +62,7 @@ public:
         trackCancelled, // the user gave up or changed nothing: the rectangle is what it was
     };
 
+    // Called for each event of a drag; `data` is what was given with it.
     using Callback = void (*)(CKorTracker *tracker, Event event, void *data);
 
     CKorTracker() { Construct(); }

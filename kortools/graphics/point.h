@@ -120,6 +120,7 @@ public:
     }
 
     constexpr void SetPoint(int left, int top) { *this = CXPoint(left, top); }
+    // Moves the point.
     constexpr void Offset(int dx, int dy) { *this += CXSize(dx, dy); }
     constexpr void Offset(CXPoint const &by) { *this += by; }
     constexpr void Offset(CXSize const &by) { *this += by; }

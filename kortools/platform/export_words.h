@@ -3,6 +3,7 @@
 #pragma once
 
 #if defined(KORTOOLS_STATIC)
+// In front of what the library exports.
 #define KORTOOLS_API
 #elif !defined(_WIN32)
 #define KORTOOLS_API __attribute__((visibility("default")))

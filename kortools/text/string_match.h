@@ -47,7 +47,7 @@ struct CandidateLists;
 
 class KORTOOLS_API CXStringMatch {
 public:
-    using Mode = unsigned int;
+    using Mode = unsigned int;                 // one of these, and flags
     static constexpr Mode mode_expression = 0; // as every mode without a name
     static constexpr Mode mode_nested = 1;     // that of groups
     static constexpr Mode mode_words = 2;      // special characters but '"' count as blanks
@@ -55,7 +55,7 @@ public:
 
     enum _Operator { operator_or = 1, operator_and = 2, operator_and_not = 3 };
 
-    using Texts = CXArray<CXTString<wchar_t>>;
+    using Texts = CXArray<CXTString<wchar_t>>; // a list of texts
 
     // How deep groups can lie in groups.
     static constexpr int max_nesting = 64;

@@ -22,6 +22,7 @@ struct IoLogInfo {
     unsigned int m_level = 0; // 0 for what everybody should see; details are deeper
 };
 
+// The messages of one operation, to be shown together.
 class KORTOOLS_API CLogInfo {
 public:
     // `level` is that of the deepest messages to be shown; `parent` is the window that is disabled
@@ -30,6 +31,7 @@ public:
     explicit CLogInfo(CXArray<IoLogInfo> const &messages, unsigned int level = 0xFFFFFFFF,
         CWnd *parent = nullptr);
 
+    // A message more, behind the others.
     void Add(CXTString<wchar_t> const &text, unsigned int level = 0);
     CXArray<IoLogInfo> const &GetMessages() const { return m_messages; }
 

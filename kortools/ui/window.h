@@ -81,7 +81,9 @@ public:
     CDC &operator=(CDC const &) = delete;
     virtual ~CDC() = default;
 
+    // The pixels of the rectangle, right and bottom excluded, in a colour.
     virtual void FillRect(CXRect const &rect, CRGBColor const &color) = 0;
+    // The set pixels of the pattern only.
     virtual void FillPattern(
         CXRect const &rect, kortools::ui::HatchPattern const &pattern, CRGBColor const &color)
         = 0;
@@ -104,6 +106,7 @@ public:
     virtual CXRect GetClipBox() const = 0; // what is painted at all
 };
 
+// A window, as far as the library draws in it and listens to it.
 class CWnd {
 public:
     CWnd() = default;
