@@ -246,9 +246,10 @@ TEST_F(Windows, ThrowWhatHandlersThrowWhereEventsAreServed)
                 i == 0 ? modal() : settle();
             } catch (Failure const &) {
                 ++failures;
+                recorder.draw = {};
             }
-            recorder.draw = {};
         }
+        recorder.draw = {};
         return failures == 1;
     };
     EXPECT_TRUE(fails([this] { back_end.ShowMessageBox(L"Text", L"Title", 0); }));

@@ -76,7 +76,7 @@ int NativeBackEnd::ShowMessageBox(wchar_t const *text, wchar_t const *title, uns
     int const answer
         = check(MessageBoxW(owner, text, title, (flags & ~UINT(MB_MODEMASK)) | modality));
     if (is_main)
-        get_event_loop().calls.rethrow();
+        get_event_loop().rethrow();
     return (flags & MB_TYPEMASK) == MB_OK ? IDOK : answer; // the close box cancels
 }
 

@@ -11,9 +11,18 @@ EventLoop &get_event_loop()
     return s_loop;
 }
 
+void EventLoop::rethrow()
+{
+    if (!calls.has_exception())
+        return;
+    for (HWND const window : std::exchange(m_unpainted, {}))
+        InvalidateRect(window, nullptr, FALSE);
+    calls.rethrow();
+}
+
 bool EventLoop::take(MSG &message, Wait wait)
 {
-    calls.rethrow();
+    rethrow();
     if (is_quitting())
         return false;
     if (m_kept) {
@@ -28,7 +37,7 @@ bool EventLoop::take(MSG &message, Wait wait)
         end_with(message);
     else if (has_message && calls.has_exception())
         m_kept = message;
-    calls.rethrow();
+    rethrow();
     return has_message && !is_end;
 }
 
@@ -51,7 +60,7 @@ bool EventLoop::serve_next()
     if (!wait_next(message))
         return false;
     dispatch(message);
-    calls.rethrow();
+    rethrow();
     return !is_quitting();
 }
 

@@ -7,6 +7,7 @@
 #include "kortools/ui/win32/native.h"
 
 #include <optional>
+#include <set>
 
 namespace kortools::ui::win32 {
 
@@ -28,13 +29,19 @@ public:
 
     HandlerCalls calls;
 
+    // Throws what a handler has thrown, outside the system's frames. Windows that could not be
+    // painted meanwhile are invalid again.
+    void rethrow();
+    void paint_later(HWND window) { m_unpainted.insert(window); }
+
 private:
     enum class Wait { No, Yes };
 
     bool take(MSG &message, Wait wait);
     void end_with(MSG const &message);
 
-    std::optional<MSG> m_kept;   // taken together with one that was sent and whose handler threw
+    std::optional<MSG> m_kept; // taken together with one that was sent and whose handler threw
+    std::set<HWND> m_unpainted;
     std::optional<int> m_result; // of run(), once it is to end
 };
 

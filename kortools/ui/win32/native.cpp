@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/ui/win32/native.h"
 
+#include "kortools/graphics/rect.h"
+
+#include <algorithm>
+
 namespace kortools::ui::win32 {
 
 void throw_refused()
@@ -84,6 +88,19 @@ std::wstring to_native_lines(std::wstring_view text)
         native += ch;
     }
     return native;
+}
+
+void center_window(HWND window, HWND around)
+{
+    RECT outer {};
+    if (!around || !IsWindowVisible(around) || IsIconic(around) || !GetWindowRect(around, &outer))
+        SystemParametersInfoW(SPI_GETWORKAREA, 0, &outer, 0);
+    RECT inner {};
+    GetWindowRect(window, &inner);
+    CXPoint const corner = CXRect(outer).CenterPoint()
+        - CXSize(CXRect(inner).Width() / 2, CXRect(inner).Height() / 2);
+    SetWindowPos(window, nullptr, std::max(corner.x, 0), std::max(corner.y, 0), 0, 0,
+        SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 HWND get_top_level(HWND window)

@@ -129,6 +129,9 @@ std::wstring get_window_text(HWND window);
 // The system's fields end a line with two characters, the library with "\n".
 std::wstring to_native_lines(std::wstring_view text);
 
+// Moves a window to the middle of another one, or of the screen when that is null or not seen.
+void center_window(HWND window, HWND around);
+
 // The window at the top of those that contain `window`; null for null.
 HWND get_top_level(HWND window);
 

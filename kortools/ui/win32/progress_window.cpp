@@ -102,25 +102,10 @@ void NativeProgressWindow::LayOut()
         m_handle, nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-// Above its owner, or on the screen.
-void NativeProgressWindow::Center()
-{
-    RECT around {};
-    if (!m_owner || !IsWindowVisible(m_owner) || IsIconic(m_owner)
-        || !GetWindowRect(m_owner, &around))
-        SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
-    RECT window {};
-    GetWindowRect(m_handle, &window);
-    CXPoint const corner = CXRect(around).CenterPoint()
-        - CXSize(CXRect(window).Width() / 2, CXRect(window).Height() / 2);
-    SetWindowPos(m_handle, nullptr, std::max(corner.x, 0), std::max(corner.y, 0), 0, 0,
-        SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 void NativeProgressWindow::Show(bool show)
 {
     if (show && !std::exchange(m_was_shown, true))
-        Center();
+        center_window(m_handle, m_owner);
     ShowWindow(m_handle, show ? SW_SHOW : SW_HIDE);
 }
 
@@ -194,7 +179,7 @@ void NativeProgressWindow::UpdateWindow()
 {
     RedrawWindow(
         m_handle, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    get_event_loop().calls.rethrow();
+    get_event_loop().rethrow();
 }
 
 void NativeProgressWindow::SetTimer(unsigned int id, unsigned int milliseconds)

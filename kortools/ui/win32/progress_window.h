@@ -56,7 +56,6 @@ private:
     void CreateControls();
     void LayOut();
     int Place(HWND control, int y, int height) const;
-    void Center();
     void OnButton();
     int scale_x(int units) const { return MulDiv(units, m_units.cx, 4); }
     int scale_y(int units) const { return MulDiv(units, m_units.cy, 8); }

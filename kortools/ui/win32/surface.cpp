@@ -74,9 +74,8 @@ void Surface::Resize(CXSize const &size)
 void Surface::SetClip(CXRect const &clip)
 {
     m_clip = intersect(clip, { CXPoint(), m_size });
-    DrawingObject<HRGN> const region(
-        check(CreateRectRgn(m_clip.left, m_clip.top, m_clip.right, m_clip.bottom)));
-    SelectClipRgn(m_dc, region.get());
+    SelectClipRgn(m_dc, nullptr);
+    IntersectClipRect(m_dc, m_clip.left, m_clip.top, m_clip.right, m_clip.bottom);
 }
 
 void Surface::CopyTo(HDC target, CXRect const &area) const

@@ -48,6 +48,7 @@ public:
         SendMessageW(m_text, EM_SETLIMITTEXT, 0, 0); // as much as there is memory for
         SetWindowTextW(m_text, to_native_lines(text).c_str());
         LayOut();
+        center_window(m_handle, GetWindow(m_handle, GW_OWNER));
         ShowWindow(m_handle, SW_SHOW);
         SetFocus(m_text);
     }
@@ -62,6 +63,8 @@ public:
             LayOut();
         if (message == DM_GETDEFID)
             return MAKELRESULT(IDOK, DC_HASDEFID);
+        if (message == WM_CTLCOLORSTATIC) // of the field, which would be as grey as the dialog
+            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
         return is_command || message == WM_CLOSE
             ? 0
             : DefWindowProcW(m_handle, message, wparam, lparam);

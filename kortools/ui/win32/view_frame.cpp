@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "kortools/ui/win32/view_frame.h"
 
+#include <algorithm>
+
 namespace kortools::ui::win32 {
 namespace {
 

@@ -6,6 +6,22 @@
 #include <windowsx.h>
 
 namespace kortools::ui::win32 {
+namespace {
+
+// Our own work within the system's frames, done whether or not a handler has thrown. False when it
+// throws.
+template <class Work> bool keep_exception(Work const &work)
+{
+    try {
+        work();
+        return true;
+    } catch (...) {
+        get_event_loop().calls.call([] { throw; });
+        return false;
+    }
+}
+
+} // namespace
 
 ViewHandle::ViewHandle(HWND parent)
 {
@@ -150,9 +166,14 @@ void ViewWindow::SetRedraw(bool redraw)
 
 void ViewWindow::OnPaint()
 {
-    HandlerCalls &calls = get_event_loop().calls;
-    if (!m_redraw || calls.has_exception()) {
-        DrawingObject<HRGN> const region(check(CreateRectRgn(0, 0, 0, 0)));
+    EventLoop &loop = get_event_loop();
+    if (loop.calls.has_exception()) {
+        loop.paint_later(m_handle);
+        ValidateRect(m_handle, nullptr);
+        return;
+    }
+    if (!m_redraw) {
+        DrawingObject<HRGN> const region(CreateRectRgn(0, 0, 0, 0));
         GetUpdateRgn(m_handle, region.get(), FALSE);
         CombineRgn(m_missed.get(), m_missed.get(), region.get(), RGN_OR);
         ValidateRect(m_handle, nullptr);
@@ -163,8 +184,8 @@ void ViewWindow::OnPaint()
     CXRect const invalid = paint.rcPaint;
     if (!invalid.IsRectEmpty()) {
         m_surface.SetClip(invalid);
-        calls.call([&] { m_handler.OnPaint(m_surface, invalid); });
-        Present(dc, invalid);
+        loop.calls.call([&] { m_handler.OnPaint(m_surface, invalid); });
+        keep_exception([&] { Present(dc, invalid); }); // also of what the handler has left
     }
     EndPaint(m_handle, &paint);
 }
@@ -214,12 +235,8 @@ void ViewWindow::OnSize()
     CXSize const client = GetClientSize();
     if (m_is_laying_out || client == m_surface.GetSize())
         return;
-    try {
-        m_surface.Resize(client);
-    } catch (...) {
-        get_event_loop().calls.call([] { throw; });
+    if (!keep_exception([&] { m_surface.Resize(client); }))
         return;
-    }
     Invalidate(false);
     get_event_loop().calls.call([&] { m_handler.OnSize(client); });
 }
@@ -298,7 +315,7 @@ LRESULT ViewWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam)
         if (LOWORD(lparam) != HTCLIENT)
             break;
         if (!OnSetCursor())
-            set_cursor(CursorShape::Arrow);
+            ::SetCursor(LoadCursorW(nullptr, IDC_ARROW));
         return 1;
     case WM_KEYDOWN: {
         auto const key = static_cast<unsigned int>(wparam);

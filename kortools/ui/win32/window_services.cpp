@@ -126,7 +126,7 @@ bool WindowServices::TakeInput(UINT message, WPARAM wparam, LPARAM lparam)
     bool const is_new
         = !has_place || std::exchange(m_tracking->last_position, event.position) != event.position;
     if (is_new || *kind != InputEvent::Kind::MouseMove)
-        m_tracking->events.push_back(event);
+        get_event_loop().calls.call([&] { m_tracking->events.push_back(event); });
     return true;
 }
 
@@ -169,7 +169,7 @@ void WindowServices::SetScrollInfo(ScrollBar bar, ScrollRange const &range)
 void WindowServices::UpdateWindow()
 {
     ::UpdateWindow(m_window);
-    get_event_loop().calls.rethrow();
+    get_event_loop().rethrow();
 }
 
 CXPoint WindowServices::GetCursorPos() const
@@ -218,7 +218,7 @@ int WindowServices::TrackPopupMenu(
     int const choice = TrackPopupMenuEx(menu.get(),
         TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD | TPM_NONOTIFY, point.x,
         point.y, m_window, nullptr);
-    get_event_loop().calls.rethrow();
+    get_event_loop().rethrow();
     return choice - 1;
 }
 

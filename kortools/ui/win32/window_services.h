@@ -2,7 +2,8 @@
 // WindowServices: what CWnd offers, for any window of the system, ours or the host's. And the
 // template that makes a CWnd, CScrollView or CEdit of it.
 //
-// Handlers may delete their window: whoever calls one does not touch the object afterwards.
+// Handlers may delete their window, but not while it is painted: whoever calls one does not touch
+// the object afterwards.
 #pragma once
 
 #include "kortools/ui/win32/event_loop.h"
