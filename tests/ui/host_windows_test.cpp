@@ -167,7 +167,8 @@ TEST_F(HostWindows, AreNotNeededForTheScreenToShowWhatIsCaptured)
     auto const frame = back_end.CreateViewFrame(painter, ViewKind::Plain, L"A frame");
     frame->SetViewSize({ 150, 60 });
     frame->Show(true);
-    serve_until([&, i = 0]() mutable { return ++i > 3; });
+    int rounds = 0;
+    serve_until([&] { return ++rounds > 3; });
     frame->GetView().ShowRubberBand({ 20, 10, 90, 50 });
     Picture const picture = frame->CaptureView();
     auto const seen
