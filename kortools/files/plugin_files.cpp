@@ -4,6 +4,7 @@
 #include "kortools/app/progress_callback.h"
 #include "kortools/app/thread_registry.h"
 #include "kortools/archive/file.h"
+#include "kortools/core/throw.h"
 #include "kortools/files/current_directory.h"
 #include "kortools/files/file_changes.h"
 #include "kortools/files/file_type_registry.h"
@@ -231,7 +232,9 @@ bool CIoSink::OnRows(unsigned int, unsigned int, unsigned char const *, std::siz
     return true;
 }
 
-bool fileLoadWithPlugin(CXTString<wchar_t> const &path, CIoSink &sink, CIoReport *report)
+namespace {
+
+bool load_with_plugin(CXTString<wchar_t> const &path, CIoSink &sink, CIoReport *report)
 {
     Report const result(report);
     std::vector<CFileExt> const types = find_plugin_types(path, fileCanLoad, *result);
@@ -258,6 +261,34 @@ bool fileLoadWithPlugin(CXTString<wchar_t> const &path, CIoSink &sink, CIoReport
     return result->m_result == ioDone;
 }
 
+bool save_bitmap(CXTString<wchar_t> const &path, CIoBitmap const &bitmap, CIoReport *report,
+    unsigned int quality)
+{
+    Report const result(report);
+    std::vector<CFileExt> const types = find_plugin_types(path, fileCanSave, *result);
+    if (types.empty())
+        return false;
+    CIoBitmapFormat const &format = bitmap.m_format;
+    if (bitmap.m_rows.empty() || bitmap.m_rows.size() != format.GetRowSize() * format.m_height) {
+        result->m_result = ioFailed;
+        result->m_error = L"the bitmap's rows are not of its size";
+        return false;
+    }
+    SaveRequest request(absolute(path));
+    request.run(types.front(), bitmap, quality);
+    result->m_result = request.outcome().result();
+    result->m_error = request.outcome().error();
+    result->m_type = types.front();
+    return result->m_result == ioDone;
+}
+
+} // namespace
+
+bool fileLoadWithPlugin(CXTString<wchar_t> const &path, CIoSink &sink, CIoReport *report)
+{
+    return kortools::core::translate_shortage([&] { return load_with_plugin(path, sink, report); });
+}
+
 bool fileLoadBitmap(CXTString<wchar_t> const &path, CIoBitmap &bitmap, CIoReport *report)
 {
     Report const result(report);
@@ -278,20 +309,6 @@ bool fileLoadBitmap(CXTString<wchar_t> const &path, CIoBitmap &bitmap, CIoReport
 bool fileSaveBitmap(CXTString<wchar_t> const &path, CIoBitmap const &bitmap, CIoReport *report,
     unsigned int quality)
 {
-    Report const result(report);
-    std::vector<CFileExt> const types = find_plugin_types(path, fileCanSave, *result);
-    if (types.empty())
-        return false;
-    CIoBitmapFormat const &format = bitmap.m_format;
-    if (bitmap.m_rows.empty() || bitmap.m_rows.size() != format.GetRowSize() * format.m_height) {
-        result->m_result = ioFailed;
-        result->m_error = L"the bitmap's rows are not of its size";
-        return false;
-    }
-    SaveRequest request(absolute(path));
-    request.run(types.front(), bitmap, quality);
-    result->m_result = request.outcome().result();
-    result->m_error = request.outcome().error();
-    result->m_type = types.front();
-    return result->m_result == ioDone;
+    return kortools::core::translate_shortage(
+        [&] { return save_bitmap(path, bitmap, report, quality); });
 }

@@ -2,6 +2,7 @@
 // Pictures are written with 8 bits per channel, but for HDR files, which hold floats. In between,
 // 8 and 16 bits stand for light to the power of 1 / 2.2, as the image library takes them.
 #include "plugins/bitmaps/bitmap_plugin.h"
+#include "plugins/bitmaps/write_memory.h"
 
 #include <algorithm>
 #include <cmath>
@@ -105,6 +106,7 @@ bool save(IoPluginSave &request)
     if (!request.progress(request.host, 0))
         return fail(request, ioCancelled, "cancelled");
 
+    WriteMemory const memory;
     std::vector<unsigned char> bytes;
     if (format != Format::Hdr)
         bytes = to_bytes(pixels);
