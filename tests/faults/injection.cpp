@@ -17,14 +17,14 @@ constinit std::atomic<bool> s_armed { false };
 constinit FaultPlan s_plan {};
 constinit std::atomic<int> s_calls { 0 };
 constinit std::atomic<int> s_faults { 0 };
-constinit std::atomic<long> s_blocks { 0 };
+[[maybe_unused]] constinit std::atomic<long> s_blocks { 0 };
 
-template <class Function> Function find_next(Function, char const *name)
+template <class Function> [[maybe_unused]] Function find_next(Function, char const *name)
 {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
-void *count(void *block)
+[[maybe_unused]] void *count(void *block)
 {
     if (block)
         s_blocks.fetch_add(1, std::memory_order_relaxed);
@@ -106,6 +106,8 @@ int get_open_files()
 using kor_test::Fault;
 using kor_test::strikes;
 
+#ifndef __SANITIZE_ADDRESS__ // which needs its own from the first instruction on
+
 #define KOR_NEXT(name) kor_test::find_next(&name, #name)
 
 KOR_PUBLIC void *malloc(std::size_t size) noexcept
@@ -163,22 +165,36 @@ KOR_PUBLIC void free(void *block) noexcept
     next(block);
 }
 
-// A sanitizer's would not come by above.
+#endif
+
+namespace {
+
+void *allocate(std::size_t size) noexcept
+{
+#ifdef __SANITIZE_ADDRESS__
+    if (strikes(Fault::NoMemory))
+        return nullptr;
+#endif
+    return std::malloc(size > 0 ? size : 1);
+}
+
+} // namespace
+
 void *operator new(std::size_t size)
 {
-    return kor_test::allocate_or_throw(std::malloc(size > 0 ? size : 1));
+    return kor_test::allocate_or_throw(allocate(size));
 }
 void *operator new[](std::size_t size)
 {
-    return kor_test::allocate_or_throw(std::malloc(size > 0 ? size : 1));
+    return kor_test::allocate_or_throw(allocate(size));
 }
 void *operator new(std::size_t size, std::nothrow_t const &) noexcept
 {
-    return std::malloc(size > 0 ? size : 1);
+    return allocate(size);
 }
 void *operator new[](std::size_t size, std::nothrow_t const &) noexcept
 {
-    return std::malloc(size > 0 ? size : 1);
+    return allocate(size);
 }
 void *operator new(std::size_t size, std::align_val_t alignment)
 {
