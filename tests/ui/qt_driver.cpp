@@ -27,6 +27,14 @@
 using namespace kor_test;
 using namespace kortools::ui;
 
+#if defined(__SANITIZE_ADDRESS__)
+// What it has read of the fonts that there are is the library's till the end.
+extern "C" __attribute__((visibility("default"))) char const *__lsan_default_suppressions()
+{
+    return "leak:libfontconfig\n";
+}
+#endif
+
 namespace {
 
 class Call : public QEvent {
