@@ -223,11 +223,19 @@ void point_at(HWND view, CXPoint const &position)
     POINT screen = position;
     ClientToScreen(view, &screen);
     RECT const all { 0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN) };
-    if (PtInRect(&all, screen)) // else the pointer would stay at the edge
-        SetCursorPos(screen.x, screen.y);
-    if (!GetCapture())
-        SendMessageW(
-            view, WM_SETCURSOR, reinterpret_cast<WPARAM>(view), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    bool const is_on_screen = PtInRect(&all, screen) != 0; // else the pointer stays where it is
+    POINT now {};
+    for (int i = 0; i < 200; ++i) { // an echo of an earlier place may come in between
+        if (is_on_screen)
+            SetCursorPos(screen.x, screen.y);
+        if (!GetCapture())
+            SendMessageW(view, WM_SETCURSOR, reinterpret_cast<WPARAM>(view),
+                MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+        GetCursorPos(&now);
+        if (!is_on_screen || (now.x == screen.x && now.y == screen.y))
+            break;
+        Sleep(2);
+    }
 }
 
 void hold(unsigned int key, bool is_down)
