@@ -12,12 +12,12 @@ namespace {
 
 using kor_apps::Point3;
 
-constexpr int samples = 2;       // per pixel, on each axis
-constexpr double margin = 0.05;  // of the picture, on each side
-constexpr double turn = -0.6;    // radians, around the upright axis
-constexpr double lean = 0.45;    // towards the viewer
+constexpr int samples = 2;      // per pixel, on each axis
+constexpr double margin = 0.05; // of the picture, on each side
+constexpr double turn = -0.6;   // radians, around the upright axis
+constexpr double lean = 0.45;   // towards the viewer
 constexpr double ambient = 0.4; // of the light
-constexpr int point_radius = 1;  // samples
+constexpr int point_radius = 1; // samples
 constexpr Point3 light { -0.4, 0.6, 0.7 };
 
 Point3 rotate(Point3 const &point)
