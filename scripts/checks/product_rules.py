@@ -85,17 +85,23 @@ def tidy():
                if source.startswith(("kortools/", "apps/"))]
     TIDY_CACHE.mkdir(parents=True, exist_ok=True)
     settings = pathlib.Path(".clang-tidy").read_text() + tree.run(["clang-tidy", "--version"]).stdout
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+    with concurrent.futures.ThreadPoolExecutor(tree.jobs()) as pool:
         digests = pool.map(lambda entry: digest(entry[1], entry[0], settings), entries)
     stamps = {source: TIDY_CACHE / name for (source, _), name in zip(entries, digests)}
     waiting = [source for source, stamp in stamps.items() if not stamp.exists()]
-    results = tree.run_all([["clang-tidy", "--quiet", "--extra-arg=-Wno-unknown-warning-option",
-                             "-p", database.parent, source] for source in waiting])
-    seen = set()
-    for source, result in zip(waiting, results):
+
+    def lint(source):
+        result = tree.run(["clang-tidy", "--quiet", "--extra-arg=-Wno-unknown-warning-option",
+                           "-p", database.parent, source])
         if result.returncode == 0:
             stamps[source].touch()
-        elif " error: " not in result.stdout:
+        return result
+
+    with concurrent.futures.ThreadPoolExecutor(tree.jobs()) as pool:
+        results = list(pool.map(lint, waiting))
+    seen = set()
+    for source, result in zip(waiting, results):
+        if result.returncode != 0 and " error: " not in result.stdout:
             yield f"{source}: clang-tidy failed: {result.stderr.strip()[-200:]}"
         for line in result.stdout.splitlines():
             if re.search(r": (error|warning): ", line) and line not in seen:

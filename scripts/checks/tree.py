@@ -35,10 +35,14 @@ def run(command, **options):
     return subprocess.run(list(map(str, command)), capture_output=True, text=True, **options)
 
 
+def jobs():
+    """How many commands run at a time."""
+    return int(os.environ.get("KORTOOLS_JOBS", os.cpu_count() or 1))
+
+
 def run_all(commands):
     """Runs commands, as many at a time as there are processors; results in the same order."""
-    jobs = int(os.environ.get("KORTOOLS_JOBS", os.cpu_count() or 1))
-    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+    with concurrent.futures.ThreadPoolExecutor(jobs()) as pool:
         return list(pool.map(run, commands))
 
 
