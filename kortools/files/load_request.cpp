@@ -18,10 +18,12 @@ void RequestOutcome::fail(IoPluginResult result, std::string const &error)
     fail_with_text(result, to_wide_text(error));
 }
 
-void RequestOutcome::fail_with_exception()
+void RequestOutcome::fail_with_exception() noexcept
 {
+    if (m_result != ioDone)
+        return;
     m_exception = std::current_exception();
-    fail(ioFailed, "an exception ended it");
+    m_result = ioFailed; // without a text, which nobody sees
 }
 
 void RequestOutcome::finish(CallOutcome outcome, IoPluginResult result, std::string_view error)

@@ -23,7 +23,22 @@ public:
 
     void fail_with_text(IoPluginResult result, CXTString<wchar_t> const &error);
     void fail(IoPluginResult result, std::string const &error);
-    void fail_with_exception(); // the one that is being handled
+
+    // What functions call that a plug-in calls: nothing may pass its frames. Without memory there
+    // is no text.
+    template <class MakeText> void fail_in_call(IoPluginResult result, MakeText make_text) noexcept
+    {
+        if (m_result != ioDone)
+            return;
+        m_result = result;
+        try {
+            m_error = make_text();
+        } catch (CXException *exception) {
+            exception->Delete();
+        } catch (...) {
+        }
+    }
+    void fail_with_exception() noexcept; // the one that is being handled
 
     // Takes the answer of an entry point, with the record's own result and text.
     void finish(CallOutcome outcome, IoPluginResult result, std::string_view error);

@@ -184,7 +184,8 @@ bool SaveRequest::write(void *host, void const *data, std::size_t size) noexcept
         }
         return true;
     } catch (CXException *exception) {
-        request->m_outcome.fail_with_text(ioCannotWrite, exception->GetErrorMessage());
+        request->m_outcome.fail_in_call(
+            ioCannotWrite, [exception] { return exception->GetErrorMessage(); });
         exception->Delete();
         return false;
     }
@@ -194,7 +195,7 @@ bool SaveRequest::progress(void *host, double) noexcept
 {
     auto *const request = static_cast<SaveRequest *>(host);
     if (ShouldCancelThread(0) || progressUserCancel())
-        request->m_outcome.fail(ioCancelled, "cancelled");
+        request->m_outcome.fail_in_call(ioCancelled, [] { return String(L"cancelled"); });
     return request->m_outcome.result() == ioDone;
 }
 

@@ -3,6 +3,7 @@
 #include "kortools/kortools.h"
 #include "tests/faults/trial.h"
 
+#include <filesystem>
 #include <memory>
 #include <new>
 
@@ -392,6 +393,50 @@ Trial run_thread(TempFolder const &)
     return { run, [](bool) {} };
 }
 
+// A plug-in for pictures of one pixel, which are its byte.
+bool exchange_pixel(IoPluginMode mode, void *data)
+{
+    if (mode == ioModeSave) {
+        auto &save = *static_cast<IoPluginSave *>(data);
+        return save.write(save.host, save.rows, 1);
+    }
+    auto &load = *static_cast<IoPluginLoad *>(data);
+    IoPluginBitmap bitmap;
+    IO_PLUGIN_INIT(bitmap);
+    bitmap.width = bitmap.height = bitmap.channels = 1;
+    bitmap.depth = ioDepth8;
+    unsigned char pixel = 0;
+    return load.read(load.host, 0, &pixel, 1) == 1 && load.begin_bitmap(load.host, &bitmap)
+        && load.add_rows(load.host, 0, 1, &pixel, 1);
+}
+
+// A picture that cannot be loaded changes nothing.
+Trial exchange_picture(TempFolder const &folder)
+{
+    [[maybe_unused]] static CFileExt const s_type = [] {
+        CFileExt type;
+        type.m_extensions = L".pixel";
+        type.m_class = fileMakeCode("PIXL");
+        type.m_properties = fileKindBitmap | 3;
+        type.m_callback = exchange_pixel;
+        fileRegisterFile(type);
+        return type;
+    }();
+    auto const saved = std::make_shared<CIoBitmap>();
+    saved->m_format = { 1, 1, 1, ioDepth8, 0 };
+    saved->m_rows = { 77 };
+    auto const loaded = std::make_shared<CIoBitmap>();
+    auto const path = std::make_shared<Text>(folder.GetFile(L"a.pixel").c_str());
+    auto const run
+        = [=] { return fileSaveBitmap(*path, *saved) && fileLoadBitmap(*path, *loaded); };
+    std::filesystem::path const place = folder.GetPath();
+    return { run, [=](bool done) {
+                EXPECT_EQ(loaded->m_rows, done ? saved->m_rows : std::vector<unsigned char>());
+                // Without memory for its path the part of a picture cannot be deleted.
+                EXPECT_FALSE(done && std::filesystem::exists(place / "a.pixel.part"));
+            } };
+}
+
 class FaultsInMemory : public testing::TestWithParam<Subject> { };
 
 TEST_P(FaultsInMemory, AreReportedAndHarmless)
@@ -408,6 +453,7 @@ INSTANTIATE_TEST_SUITE_P(All, FaultsInMemory,
         Subject { "exchange_custom_data", exchange_custom_data },
         Subject { "match_texts", match_texts }, Subject { "register_types", register_types },
         Subject { "give_identifiers", give_identifiers },
+        Subject { "exchange_picture", exchange_picture },
         Subject { "run_thread", run_thread, true, false }),
     [](auto const &row) { return row.param.name; });
 
