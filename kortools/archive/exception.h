@@ -148,7 +148,7 @@ private:
     ArchiveExceptionType m_cause;
     CXTString<wchar_t> m_fileName;
 };
-
+// No memory is left.
 class KORTOOLS_API CXMemoryException : public CXException {
     KOR_DECLARE_CLASS(CXMemoryException)
 public:
