@@ -106,7 +106,8 @@ void need_application()
     static char *s_arguments[] = { s_name, nullptr };
     if (QCoreApplication::instance())
         return;
-    new QApplication(s_count, s_arguments); // stays: windows may outlive main()
+    // Stays: windows may outlive main().
+    [[maybe_unused]] static auto *const s_application = new QApplication(s_count, s_arguments);
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 

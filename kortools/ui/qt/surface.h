@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 class QAbstractScrollArea;
 class QScrollBar;
@@ -59,7 +60,10 @@ public:
     // Instead of the one that suits every widget. It lives as long as the surface.
     void set_rubber_band(std::unique_ptr<RubberBand> band) { m_band = std::move(band); }
 
-    void set_layout_observer(std::function<void()> observer) { m_after_layout = observer; }
+    void set_layout_observer(std::function<void()> observer)
+    {
+        m_after_layout = std::move(observer);
+    }
 
     // --- CWnd
 

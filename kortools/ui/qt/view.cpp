@@ -10,7 +10,7 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QScrollBar>
-#include <QTimer>
+#include <QTimerEvent>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -64,9 +64,10 @@ bool View::viewportEvent(QEvent *event)
 
 void View::paint(QPaintEvent const &event)
 {
-    QRegion const region = event.region();
+    QRegion const &region = event.region();
     if (WindowThread::get().calls.has_exception()) { // nobody is told now
-        QTimer::singleShot(0, viewport(), [this, region] { viewport()->update(region); });
+        m_unpainted += region;
+        m_paint_later.start(0, this);
         return;
     }
     auto const surface = m_surface;
@@ -77,6 +78,16 @@ void View::paint(QPaintEvent const &event)
             handler.OnPaint(dc, dc.GetClipBox());
         });
     m_band->draw(region);
+}
+
+void View::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_paint_later.timerId()) {
+        QAbstractScrollArea::timerEvent(event);
+        return;
+    }
+    m_paint_later.stop();
+    viewport()->update(std::exchange(m_unpainted, {}));
 }
 
 // --- Sizes and scrolling

@@ -8,6 +8,8 @@
 #include "kortools/ui/qt/window_on.h"
 
 #include <QAbstractScrollArea>
+#include <QBasicTimer>
+#include <QRegion>
 
 class QPaintEvent;
 class QMouseEvent;
@@ -29,6 +31,7 @@ public:
 
 protected:
     bool viewportEvent(QEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     bool focusNextPrevChild(bool) override { return false; } // Tab is a key like others
@@ -53,6 +56,8 @@ private:
     QPoint m_position; // of what is shown, where the view scrolls that by itself
     CXSize m_told_size;
     bool m_is_updating_bars = false;
+    QBasicTimer m_paint_later;
+    QRegion m_unpainted;  // while an exception of a handler waited
     int m_wheel_rest = 0; // of an eighth of a degree, below one step
 };
 
